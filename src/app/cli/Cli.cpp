@@ -1,0 +1,134 @@
+#include "app/cli/Cli.h"
+
+#include "app/cli/CatalogueCommands.h"
+#include "catalogue/DbError.h"
+#include "platform/ProgramFolder.h"
+
+#include <exception>
+#include <QTextStream>
+
+namespace vd::cli {
+
+namespace {
+
+constexpr Command kCommands[] = {
+    {"new", "CATALOGUE",
+     "Creates a new, empty catalogue and prints its path (\".vdb\" is appended unless the "
+     "name ends in it).",
+     1, 1, newCommand},
+    {"sql", "CATALOGUE STATEMENT",
+     "Runs one SQL statement on the catalogue. A query prints a line of field names and one "
+     "tab-separated line per row; any other statement prints the number of rows affected.",
+     2, 2, sqlCommand},
+};
+
+const Command* findCommand(const QString& name)
+{
+    for (const Command& command : kCommands)
+        if (name == QLatin1String(command.name))
+            return &command;
+    return nullptr;
+}
+
+bool acceptsCount(const Command& command, qsizetype count)
+{
+    return count >= command.minArguments &&
+           (command.maxArguments < 0 || count <= command.maxArguments);
+}
+
+int usageError(Output& io, const QString& problem)
+{
+    io.err << problem << "\n\n" << usageText();
+    io.err.flush();
+    return kExitUsage;
+}
+
+int runCommand(const Command& command, const QStringList& arguments, Output& io)
+{
+    try {
+        return command.run(arguments, io);
+    } catch (const db::DbError& e) {
+        io.err << e.description() << '\n';
+        if (!e.statement().isEmpty())
+            io.err << e.statement() << '\n';
+    } catch (const std::exception& e) {
+        io.err << QString::fromLocal8Bit(e.what()) << '\n';
+    }
+    return kExitFailure;
+}
+
+// "  first        second" with the second column starting at `width`, wrapped at 79.
+QString twoColumns(const QString& first, const QString& second, int width)
+{
+    QString text = QStringLiteral("  ") + first.leftJustified(width - 2) + QLatin1Char(' ');
+    qsizetype column = text.size();
+    if (column > width + 1) {
+        text += QLatin1Char('\n') + QString(width + 1, QLatin1Char(' '));
+        column = width + 1;
+    }
+    const QStringList words = second.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        if (i > 0 && column + 1 + words[i].size() > 79) {
+            text += QLatin1Char('\n') + QString(width + 1, QLatin1Char(' '));
+            column = width + 1;
+        } else if (i > 0) {
+            text += QLatin1Char(' ');
+            ++column;
+        }
+        text += words[i];
+        column += words[i].size();
+    }
+    return text + QLatin1Char('\n');
+}
+
+} // namespace
+
+QString usageText()
+{
+    constexpr int kWidth = 28;
+    QString text = QStringLiteral("Usage: vellumdock-cli [--home DIR] COMMAND [ARGUMENTS]\n\n"
+                                  "Commands:\n");
+    for (const Command& command : kCommands)
+        text += twoColumns(QStringLiteral("%1 %2").arg(QLatin1String(command.name),
+                                                       QLatin1String(command.arguments)),
+                           QLatin1String(command.summary), kWidth);
+    text += QStringLiteral("\nOptions:\n");
+    text +=
+        twoColumns(QStringLiteral("--home DIR"),
+                   QStringLiteral("Use DIR as the program folder (created when missing)."), kWidth);
+    text += twoColumns(QStringLiteral("--help"), QStringLiteral("Show this text."), kWidth);
+    text += QStringLiteral("\nMessages go to stderr, one line each.\n"
+                           "Exit status: 0 success, 1 failure, 2 wrong usage.\n");
+    return text;
+}
+
+int runCli(const QStringList& arguments, const QString& executableFolder, Output& io)
+{
+    const platform::HomeOption home = platform::takeHomeOption(arguments);
+    const QStringList& args = home.arguments;
+    if (!args.isEmpty() && (args[0] == QLatin1String("--help") || args[0] == QLatin1String("-h"))) {
+        io.out << usageText();
+        return kExitOk;
+    }
+    if (home.missingValue)
+        return usageError(io, QStringLiteral("--home needs a folder."));
+    if (args.isEmpty())
+        return usageError(io, QStringLiteral("No command given."));
+    const Command* command = findCommand(args[0]);
+    if (!command)
+        return usageError(io, QStringLiteral("Unknown command: %1").arg(args[0]));
+    const QStringList commandArguments = args.mid(1);
+    if (!acceptsCount(*command, commandArguments.size()))
+        return usageError(
+            io,
+            QStringLiteral("Wrong number of arguments for %1.").arg(QLatin1String(command->name)));
+
+    QString error;
+    if (!platform::initProgramFolder(home.home, executableFolder, &error)) {
+        io.err << error << '\n';
+        return kExitFailure;
+    }
+    return runCommand(*command, commandArguments, io);
+}
+
+} // namespace vd::cli

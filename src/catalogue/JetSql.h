@@ -1,0 +1,78 @@
+#pragma once
+// Translation of Jet SQL text into the SQLite dialect, at the one boundary of the data layer.
+// The text is tokenised and parsed into a small tree, which is then written out again:
+// operators and functions that differ (&, /, IIF, isNull, Top, wildcards, #dates#, ...) are
+// mapped, unnamed expressions get the engine's names Expr1000 + position, and columns that
+// share a name in a join are named "Alias.Field".
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+#include <memory>
+
+namespace vd::db {
+
+// What the translation needs to know of the database.
+class TranslationContext
+{
+public:
+    virtual ~TranslationContext() = default;
+    // Attaches the file named in "[;database=PATH]" (when not yet attached); returns its alias.
+    virtual QString attachAlias(const QString& path) = 0;
+    // Column names of a table in a schema ("main" or an alias); empty when unknown.
+    virtual QStringList tableColumns(const QString& schema, const QString& table) = 0;
+};
+
+struct Translation
+{
+    QString jet;    // the statement as given
+    QString sqlite; // the statement to prepare
+    bool isSelect = false;
+    QStringList parameters; // declared parameter names, in order; "?N" is parameter N-1
+
+    // For a single-table SELECT opened as a dynaset: the table, its schema, and the statement
+    // that reads one row again by rowid (the hidden last column "__rowid" holds it).
+    QString baseTable;
+    QString baseSchema;
+    bool hasRowid = false;
+    QString rowLookup;
+};
+
+// Translates one statement; throws DbError(err::SyntaxError) with the statement on failure.
+// `withRowid` asks for the hidden rowid column where the statement allows row updates.
+std::shared_ptr<const Translation> translateJet(const QString& jetSql, TranslationContext& ctx,
+                                                bool withRowid);
+
+// The stored text of a date: "YYYY-MM-DD HH:MM:SS".
+QString dateToStorage(const QDateTime& dt);
+// Reads a stored date text; an invalid QDateTime when it is not one.
+QDateTime dateFromStorage(const QString& text);
+// Parses the body of a Jet date literal (between the # signs): "03/14/2024 09:05:00 pm",
+// "2024-03-14", "14:30". Returns false when it is not a date.
+bool parseJetDate(const QString& body, QDateTime& out);
+
+// The Jet LIKE pattern: * ? # [a-c] [!x], compared without regard to case.
+class JetPattern
+{
+public:
+    explicit JetPattern(const QString& pattern);
+    bool matches(const QString& text) const;
+    bool matchesUtf8(const char* text, int length) const;
+
+private:
+    struct Element
+    {
+        enum Kind { Literal, Any, AnyRun, Digit, Set } kind;
+        char32_t ch = 0;
+        bool negated = false;
+        QVector<std::pair<char32_t, char32_t>> ranges;
+    };
+    bool matchFolded(const char32_t* s, size_t n) const;
+    QVector<Element> m_elements;
+};
+
+// Case folding as the engine compares text.
+char32_t foldCase(char32_t c);
+
+} // namespace vd::db

@@ -1,0 +1,775 @@
+#include "catalogue/Recordset.h"
+
+#include "catalogue/DatabasePrivate.h"
+#include "catalogue/JetEval.h"
+#include "catalogue/JetSql.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QSet>
+#include <sqlite3.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace vd::db {
+
+// --- the rows a recordset has read ---------------------------------------------------------
+//
+// Rows are kept packed, one after another, in chunks of a megabyte: a tag byte per value,
+// then the value's bytes. A list of a million short rows costs about as much memory as its
+// text, and reaching a row by position costs one index look-up.
+
+class RowStore
+{
+public:
+    explicit RowStore(int columns) : m_columns(columns) {}
+
+    qint64 size() const { return qint64(m_index.size()); }
+
+    void clear()
+    {
+        m_chunks.clear();
+        m_index.clear();
+        m_fill = kChunk;
+        m_overlay.clear();
+        m_deleted.clear();
+    }
+
+    void append(sqlite3_stmt* st)
+    {
+        size_t bytes = 0;
+        for (int c = 0; c < m_columns; ++c) {
+            switch (sqlite3_column_type(st, c)) {
+            case SQLITE_INTEGER:
+                bytes += 9;
+                break;
+            case SQLITE_FLOAT:
+                bytes += 9;
+                break;
+            case SQLITE_NULL:
+                bytes += 1;
+                break;
+            case SQLITE_BLOB:
+                bytes += 5 + size_t(sqlite3_column_bytes(st, c));
+                break;
+            default:
+                sqlite3_column_text(st, c);
+                bytes += 5 + size_t(sqlite3_column_bytes(st, c));
+                break;
+            }
+        }
+        char* p = reserve(bytes);
+        for (int c = 0; c < m_columns; ++c) {
+            const int t = sqlite3_column_type(st, c);
+            if (t == SQLITE_INTEGER) {
+                const qint64 v = sqlite3_column_int64(st, c);
+                if (v >= INT32_MIN && v <= INT32_MAX) {
+                    *p++ = kInt32;
+                    const qint32 w = qint32(v);
+                    std::memcpy(p, &w, 4);
+                    p += 4;
+                } else {
+                    *p++ = kInt64;
+                    std::memcpy(p, &v, 8);
+                    p += 8;
+                }
+            } else if (t == SQLITE_FLOAT) {
+                *p++ = kDouble;
+                const double d = sqlite3_column_double(st, c);
+                std::memcpy(p, &d, 8);
+                p += 8;
+            } else if (t == SQLITE_NULL) {
+                *p++ = kNull;
+            } else {
+                const bool blob = t == SQLITE_BLOB;
+                const void* data = blob ? sqlite3_column_blob(st, c) : sqlite3_column_text(st, c);
+                const quint32 n = quint32(sqlite3_column_bytes(st, c));
+                *p++ = blob ? kBlob : kText;
+                std::memcpy(p, &n, 4);
+                p += 4;
+                if (n)
+                    std::memcpy(p, data, n);
+                p += n;
+            }
+        }
+    }
+
+    // The value as stored: integers as qlonglong, reals as double, text as QString.
+    QVariant value(qint64 row, int column) const
+    {
+        if (!m_overlay.isEmpty()) {
+            auto it = m_overlay.constFind(row);
+            if (it != m_overlay.constEnd())
+                return it.value().value(column);
+        }
+        const char* p = rowStart(row);
+        for (int c = 0; c < column; ++c)
+            p = skip(p);
+        switch (*p++) {
+        case kNull:
+            return {};
+        case kInt32: {
+            qint32 w;
+            std::memcpy(&w, p, 4);
+            return QVariant(qlonglong(w));
+        }
+        case kInt64: {
+            qint64 v;
+            std::memcpy(&v, p, 8);
+            return QVariant(qlonglong(v));
+        }
+        case kDouble: {
+            double d;
+            std::memcpy(&d, p, 8);
+            return QVariant(d);
+        }
+        case kText: {
+            quint32 n;
+            std::memcpy(&n, p, 4);
+            return QVariant(QString::fromUtf8(p + 4, qsizetype(n)));
+        }
+        case kBlob: {
+            quint32 n;
+            std::memcpy(&n, p, 4);
+            return QVariant(QByteArray(p + 4, qsizetype(n)));
+        }
+        }
+        return {};
+    }
+
+    void replace(qint64 row, const QVector<QVariant>& values) { m_overlay.insert(row, values); }
+    void markDeleted(qint64 row) { m_deleted.insert(row); }
+    bool deleted(qint64 row) const { return m_deleted.contains(row); }
+
+private:
+    enum : char { kNull, kInt32, kInt64, kDouble, kText, kBlob };
+    static constexpr size_t kChunk = 1 << 20;
+
+    char* reserve(size_t bytes)
+    {
+        if (m_fill + bytes > m_chunkSize) {
+            m_chunkSize = std::max(kChunk, bytes);
+            m_chunks.emplace_back(new char[m_chunkSize]);
+            m_fill = 0;
+        }
+        char* p = m_chunks.back().get() + m_fill;
+        m_index.push_back((quint64(m_chunks.size() - 1) << 32) | quint64(m_fill));
+        m_fill += bytes;
+        return p;
+    }
+    const char* rowStart(qint64 row) const
+    {
+        const quint64 at = m_index[size_t(row)];
+        return m_chunks[size_t(at >> 32)].get() + (at & 0xFFFFFFFFu);
+    }
+    static const char* skip(const char* p)
+    {
+        switch (*p) {
+        case kNull:
+            return p + 1;
+        case kInt32:
+            return p + 5;
+        case kInt64:
+        case kDouble:
+            return p + 9;
+        default: {
+            quint32 n;
+            std::memcpy(&n, p + 1, 4);
+            return p + 5 + n;
+        }
+        }
+    }
+
+    int m_columns;
+    std::vector<std::unique_ptr<char[]>> m_chunks;
+    std::vector<quint64> m_index;
+    size_t m_fill = kChunk;
+    size_t m_chunkSize = 0;
+    QHash<qint64, QVector<QVariant>> m_overlay;
+    QSet<qint64> m_deleted;
+};
+
+// --- the statement behind a recordset ------------------------------------------------------
+
+struct Recordset::Cursor
+{
+    sqlite3_stmt* stmt = nullptr;
+    qint64 base = 0;    // position of the store's first row (forward-only keeps one row)
+    qint64 fetched = 0; // rows read from the statement so far
+    int columns = 0;    // stored columns, the hidden rowid included
+};
+
+namespace {
+
+[[noreturn]] void noCurrent()
+{
+    throw DbError(err::NoCurrentRecord, QStringLiteral("No current record."));
+}
+
+QVariant typed(const QVariant& raw, int type)
+{
+    if (raw.isNull())
+        return raw;
+    switch (type) {
+    case type::Date: {
+        if (raw.typeId() == QMetaType::QString) {
+            const QDateTime dt = dateFromStorage(raw.toString());
+            if (dt.isValid())
+                return dt;
+        }
+        return raw;
+    }
+    case type::Boolean:
+        return QVariant(raw.toLongLong() != 0);
+    case type::Byte:
+    case type::Integer:
+    case type::Long:
+        if (raw.typeId() == QMetaType::LongLong) {
+            const qlonglong v = raw.toLongLong();
+            if (v >= INT32_MIN && v <= INT32_MAX)
+                return QVariant(int(v));
+        }
+        return raw;
+    case type::Text:
+    case type::Memo:
+        if (raw.typeId() != QMetaType::QString)
+            return raw.toString();
+        return raw;
+    default:
+        return raw;
+    }
+}
+
+// Converts a value for a column of the given type, as the engine would on writing.
+QVariant coerce(const QVariant& v, const FieldDef& f)
+{
+    if (!v.isValid() || v.isNull())
+        return {};
+    auto conversionError = [&]() {
+        return DbError(3421, QStringLiteral("Data type conversion error (field '%1').").arg(f.name));
+    };
+    switch (f.type) {
+    case type::Boolean:
+        if (v.typeId() == QMetaType::Bool)
+            return qlonglong(v.toBool() ? -1 : 0);
+        {
+            bool ok = false;
+            const double d = v.toDouble(&ok);
+            if (!ok)
+                throw conversionError();
+            return qlonglong(d != 0 ? -1 : 0);
+        }
+    case type::Byte:
+    case type::Integer:
+    case type::Long: {
+        if (v.typeId() == QMetaType::Bool)
+            return qlonglong(v.toBool() ? -1 : 0);
+        bool ok = false;
+        const double d = v.typeId() == QMetaType::QString ? v.toString().trimmed().toDouble(&ok)
+                                                         : v.toDouble(&ok);
+        if (!ok)
+            throw conversionError();
+        return qlonglong(std::llround(d));
+    }
+    case type::Currency:
+    case type::Single:
+    case type::Double: {
+        bool ok = false;
+        const double d = v.toDouble(&ok);
+        if (!ok)
+            throw conversionError();
+        return d;
+    }
+    case type::Date:
+        if (v.typeId() == QMetaType::QDateTime || v.typeId() == QMetaType::QDate)
+            return v;
+        if (v.typeId() == QMetaType::QString) {
+            QDateTime dt = dateFromStorage(v.toString());
+            if (!dt.isValid() && !parseJetDate(v.toString(), dt))
+                throw conversionError();
+            return dt;
+        }
+        throw conversionError();
+    case type::Binary:
+    case type::LongBinary:
+        return v.toByteArray();
+    case type::Text:
+    case type::Memo:
+    default: {
+        const QString s = v.typeId() == QMetaType::QDateTime ? dateToStorage(v.toDateTime())
+                                                             : v.toString();
+        if (f.type == type::Text && f.size > 0 && s.size() > f.size)
+            throw DbError(3163, QStringLiteral("The field is too small to accept the amount of data "
+                                               "you attempted to add (field '%1').")
+                                    .arg(f.name));
+        return s;
+    }
+    }
+}
+
+QString quoteName(const QString& name)
+{
+    QString s = name;
+    s.replace(QLatin1Char('"'), QStringLiteral("\"\""));
+    return QLatin1Char('"') + s + QLatin1Char('"');
+}
+
+} // namespace
+
+Recordset::Recordset(std::shared_ptr<Connection> conn, const QString& source,
+                     std::shared_ptr<const Translation> translation, const QVector<QVariant>& params,
+                     RecordsetType type)
+    : m_conn(std::move(conn)), m_source(source), m_tr(std::move(translation)), m_params(params),
+      m_type(type)
+{
+}
+
+Recordset::~Recordset()
+{
+    close();
+}
+
+void Recordset::start()
+{
+    m_cursor = std::make_unique<Cursor>();
+    m_cursor->stmt = m_conn->prepare(m_tr->sqlite, m_source);
+    bindParameters(m_cursor->stmt, m_params);
+    sqlite3_stmt* st = m_cursor->stmt;
+    m_cursor->columns = sqlite3_column_count(st);
+    const int visible = m_cursor->columns - (m_tr->hasRowid ? 1 : 0);
+    m_rows = std::make_unique<RowStore>(m_cursor->columns);
+    m_atEnd = false;
+    m_pos = -1;
+    const bool first = fetchTo(0);
+    m_fields.clear();
+    for (int c = 0; c < visible; ++c) {
+        FieldInfo f;
+        f.name = QString::fromUtf8(sqlite3_column_name(st, c));
+        f.ordinalPosition = c;
+        const char* decl = sqlite3_column_decltype(st, c);
+        const char* table = sqlite3_column_table_name(st, c);
+        f.sourceTable = table ? QString::fromUtf8(table) : QString();
+        if (decl) {
+            f.type = typeFromDeclared(QString::fromUtf8(decl), &f.size);
+        } else if (first) {
+            const QVariant v = m_rows->value(0, c);
+            switch (v.typeId()) {
+            case QMetaType::LongLong:
+                f.type = type::Long;
+                break;
+            case QMetaType::Double:
+                f.type = type::Double;
+                break;
+            case QMetaType::QByteArray:
+                f.type = type::LongBinary;
+                break;
+            default:
+                f.type = type::Text;
+                f.size = 255;
+                break;
+            }
+        } else {
+            f.type = type::Text;
+            f.size = 255;
+        }
+        m_fields.push_back(f);
+    }
+    m_pos = first ? 0 : -1;
+}
+
+bool Recordset::fetchTo(qint64 index)
+{
+    if (!m_cursor)
+        return false;
+    Cursor& c = *m_cursor;
+    while (c.fetched <= index && !m_atEnd) {
+        const int rc = sqlite3_step(c.stmt);
+        if (rc == SQLITE_ROW) {
+            if (m_type == RecordsetType::ForwardOnly) {
+                m_rows->clear();
+                c.base = c.fetched;
+            }
+            m_rows->append(c.stmt);
+            ++c.fetched;
+        } else if (rc == SQLITE_DONE) {
+            m_atEnd = true;
+            m_conn->release(c.stmt, m_tr->sqlite);
+            c.stmt = nullptr;
+        } else {
+            m_atEnd = true;
+            try {
+                m_conn->fail(m_source);
+            } catch (...) {
+                m_conn->release(c.stmt, m_tr->sqlite);
+                c.stmt = nullptr;
+                throw;
+            }
+        }
+    }
+    return index < c.fetched;
+}
+
+bool Recordset::isOpen() const
+{
+    return m_cursor != nullptr;
+}
+
+void Recordset::close()
+{
+    if (m_cursor && m_cursor->stmt && m_conn)
+        m_conn->release(m_cursor->stmt, m_tr->sqlite);
+    m_cursor.reset();
+    m_rows.reset();
+    m_pos = -1;
+}
+
+void Recordset::requery()
+{
+    close();
+    start();
+}
+
+int Recordset::fieldCount() const
+{
+    return int(m_fields.size());
+}
+
+const FieldInfo& Recordset::field(int index) const
+{
+    if (index < 0 || index >= m_fields.size())
+        throw DbError(err::ItemNotFound, QStringLiteral("Item not found in this collection."),
+                      QString::number(index));
+    return m_fields[index];
+}
+
+const QVector<FieldInfo>& Recordset::fields() const
+{
+    return m_fields;
+}
+
+int Recordset::fieldIndex(const QString& name) const
+{
+    for (int i = 0; i < m_fields.size(); ++i)
+        if (m_fields[i].name.compare(name, Qt::CaseInsensitive) == 0)
+            return i;
+    return -1;
+}
+
+qint64 Recordset::recordCount() const
+{
+    return m_cursor ? m_cursor->fetched : 0;
+}
+
+bool Recordset::eof() const
+{
+    return !m_cursor || m_cursor->fetched == 0 || m_pos >= m_cursor->fetched;
+}
+
+bool Recordset::bof() const
+{
+    return !m_cursor || m_cursor->fetched == 0 || m_pos < 0;
+}
+
+void Recordset::checkCurrent() const
+{
+    if (eof() || bof())
+        noCurrent();
+    if (m_rows->deleted(m_pos - m_cursor->base))
+        throw DbError(3167, QStringLiteral("Record is deleted."));
+}
+
+QVariant Recordset::storedValue(qint64 row, int column) const
+{
+    return m_rows->value(row - m_cursor->base, column);
+}
+
+QVariant Recordset::value(int index) const
+{
+    if (index < 0 || index >= m_fields.size())
+        throw DbError(err::ItemNotFound, QStringLiteral("Item not found in this collection."),
+                      QString::number(index));
+    checkCurrent();
+    return typed(storedValue(m_pos, index), m_fields[index].type);
+}
+
+QVariant Recordset::value(const QString& name) const
+{
+    const int i = fieldIndex(name);
+    if (i < 0)
+        throw DbError(err::ItemNotFound,
+                      QStringLiteral("Item not found in this collection: %1.").arg(name), m_source);
+    return value(i);
+}
+
+void Recordset::moveFirst()
+{
+    if (!m_cursor || m_cursor->fetched == 0)
+        noCurrent();
+    if (m_type == RecordsetType::ForwardOnly && m_pos > 0)
+        throw DbError(3219, QStringLiteral("Invalid operation."));
+    m_pos = 0;
+}
+
+void Recordset::moveLast()
+{
+    if (!m_cursor)
+        noCurrent();
+    fetchTo(std::numeric_limits<qint64>::max() - 1);
+    if (m_cursor->fetched == 0)
+        noCurrent();
+    m_pos = m_cursor->fetched - 1;
+}
+
+void Recordset::moveNext()
+{
+    if (eof())
+        noCurrent();
+    if (fetchTo(m_pos + 1))
+        ++m_pos;
+    else
+        m_pos = m_cursor->fetched;
+}
+
+void Recordset::movePrevious()
+{
+    if (m_type == RecordsetType::ForwardOnly)
+        throw DbError(3219, QStringLiteral("Invalid operation."));
+    if (bof())
+        noCurrent();
+    --m_pos;
+}
+
+qint64 Recordset::absolutePosition() const
+{
+    if (eof() || bof())
+        return -1;
+    return m_pos;
+}
+
+void Recordset::setAbsolutePosition(qint64 position)
+{
+    if (position < 0 || !fetchTo(position) ||
+        (m_type == RecordsetType::ForwardOnly && position < m_cursor->base))
+        throw DbError(err::InvalidArgument, QStringLiteral("Invalid argument."));
+    m_pos = position;
+}
+
+RowBlock Recordset::getRows(qint64 count)
+{
+    RowBlock block;
+    block.fieldCount = int(m_fields.size());
+    if (eof() || bof() || count <= 0)
+        return block;
+    fetchTo(m_pos + count - 1);
+    const qint64 last = std::min(m_cursor->fetched, m_pos + count);
+    block.values.reserve(int((last - m_pos) * block.fieldCount));
+    for (qint64 r = m_pos; r < last; ++r) {
+        if (m_type == RecordsetType::ForwardOnly && r > m_pos)
+            fetchTo(r);
+        for (int c = 0; c < block.fieldCount; ++c)
+            block.values.push_back(typed(storedValue(r, c), m_fields[c].type));
+        ++block.rowCount;
+    }
+    m_pos = last;
+    if (!fetchTo(m_pos))
+        m_pos = m_cursor->fetched;
+    return block;
+}
+
+qint64 Recordset::find(const QString& criteria, qint64 from, int step)
+{
+    if (!m_cursor)
+        noCurrent();
+    static thread_local QHash<QString, JetNodeP> parsed;
+    JetNodeP expr = parsed.value(criteria);
+    if (!expr) {
+        expr = parseJetExpression(criteria);
+        if (parsed.size() > 256)
+            parsed.clear();
+        parsed.insert(criteria, expr);
+    }
+    qint64 row = from;
+    const FieldLookup lookup = [&](const QStringList& parts) -> QVariant {
+        int i = fieldIndex(parts.join(QLatin1Char('.')));
+        if (i < 0)
+            i = fieldIndex(parts.back());
+        if (i < 0)
+            throw DbError(3070, QStringLiteral("The field '%1' is not known in this recordset.")
+                                    .arg(parts.join(QLatin1Char('.'))),
+                          criteria);
+        const QVariant raw = storedValue(row, i);
+        return m_fields[i].type == type::Boolean ? typed(raw, type::Boolean) : raw;
+    };
+    for (; row >= 0 && fetchTo(row); row += step) {
+        if (m_rows->deleted(row - m_cursor->base))
+            continue;
+        if (jetTruth(evalJet(*expr, lookup)))
+            return row;
+    }
+    return -1;
+}
+
+bool Recordset::findFirst(const QString& criteria)
+{
+    const qint64 r = find(criteria, 0, 1);
+    m_noMatch = r < 0;
+    if (!m_noMatch)
+        m_pos = r;
+    return !m_noMatch;
+}
+
+bool Recordset::findNext(const QString& criteria)
+{
+    const qint64 r = find(criteria, std::max<qint64>(0, m_pos + 1), 1);
+    m_noMatch = r < 0;
+    if (!m_noMatch)
+        m_pos = r;
+    return !m_noMatch;
+}
+
+bool Recordset::findLast(const QString& criteria)
+{
+    if (m_cursor)
+        fetchTo(std::numeric_limits<qint64>::max() - 1);
+    const qint64 r = m_cursor ? find(criteria, m_cursor->fetched - 1, -1) : -1;
+    m_noMatch = r < 0;
+    if (!m_noMatch)
+        m_pos = r;
+    return !m_noMatch;
+}
+
+bool Recordset::findPrevious(const QString& criteria)
+{
+    const qint64 r = m_pos > 0 ? find(criteria, m_pos - 1, -1) : -1;
+    m_noMatch = r < 0;
+    if (!m_noMatch)
+        m_pos = r;
+    return !m_noMatch;
+}
+
+// --- writing -------------------------------------------------------------------------------
+
+bool Recordset::updatable() const
+{
+    return m_type == RecordsetType::Dynaset && m_tr->hasRowid && m_cursor;
+}
+
+void Recordset::addNew()
+{
+    if (!updatable())
+        throw DbError(err::NotUpdatable,
+                      QStringLiteral("Cannot update. Database or object is read-only."), m_source);
+    const TableDef& def = m_conn->tableDef(m_tr->baseSchema, m_tr->baseTable);
+    m_editMode = 2;
+    m_editBuffer = QVector<QVariant>(def.fields.size());
+    m_editTouched = QVector<bool>(def.fields.size(), false);
+}
+
+void Recordset::edit()
+{
+    if (!updatable())
+        throw DbError(err::NotUpdatable,
+                      QStringLiteral("Cannot update. Database or object is read-only."), m_source);
+    checkCurrent();
+    const TableDef& def = m_conn->tableDef(m_tr->baseSchema, m_tr->baseTable);
+    m_editMode = 1;
+    m_editBuffer = QVector<QVariant>(def.fields.size());
+    m_editTouched = QVector<bool>(def.fields.size(), false);
+}
+
+void Recordset::setValue(const QString& name, const QVariant& value)
+{
+    if (m_editMode == 0)
+        throw DbError(err::UpdateWithoutEdit,
+                      QStringLiteral("Update or CancelUpdate without AddNew or Edit."), m_source);
+    const TableDef& def = m_conn->tableDef(m_tr->baseSchema, m_tr->baseTable);
+    const int i = def.fieldIndex(name);
+    if (i < 0)
+        throw DbError(err::ItemNotFound,
+                      QStringLiteral("Item not found in this collection: %1.").arg(name), m_source);
+    m_editBuffer[i] = coerce(value, def.fields[i]);
+    m_editTouched[i] = true;
+}
+
+void Recordset::cancelUpdate()
+{
+    m_editMode = 0;
+    m_editBuffer.clear();
+    m_editTouched.clear();
+}
+
+void Recordset::update()
+{
+    if (m_editMode == 0)
+        throw DbError(err::UpdateWithoutEdit,
+                      QStringLiteral("Update or CancelUpdate without AddNew or Edit."), m_source);
+    const TableDef& def = m_conn->tableDef(m_tr->baseSchema, m_tr->baseTable);
+    const QString table = quoteName(m_tr->baseSchema) + QLatin1Char('.') + quoteName(m_tr->baseTable);
+    QStringList names;
+    QVector<QVariant> values;
+    for (int i = 0; i < def.fields.size(); ++i)
+        if (m_editTouched[i]) {
+            names << quoteName(def.fields[i].name);
+            values << m_editBuffer[i];
+        }
+    const int mode = m_editMode;
+    cancelUpdate();
+    QString sql;
+    if (mode == 2) {
+        sql = names.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table)
+                              : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                    .arg(table, names.join(QLatin1Char(',')),
+                                         QStringList(names.size(), QStringLiteral("?")).join(QLatin1Char(',')));
+    } else {
+        if (names.isEmpty())
+            return;
+        QStringList sets;
+        for (const QString& n : names)
+            sets << n + QStringLiteral("=?");
+        sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(table, sets.join(QLatin1Char(',')));
+        values << storedValue(m_pos, m_cursor->columns - 1);
+    }
+    Translation tr;
+    tr.jet = m_source;
+    tr.sqlite = sql;
+    m_conn->run(tr, values);
+    if (mode == 1)
+        refreshRow(m_pos, values.back().toLongLong());
+}
+
+void Recordset::refreshRow(qint64 row, qint64 rowid)
+{
+    // Read the row again, so that the recordset shows what was written.
+    QVector<QVariant> params = m_params;
+    params.resize(m_tr->parameters.size());
+    params << rowid;
+    sqlite3_stmt* st = m_conn->prepare(m_tr->rowLookup, m_source);
+    bindParameters(st, params);
+    if (sqlite3_step(st) == SQLITE_ROW) {
+        QVector<QVariant> values;
+        RowStore one(m_cursor->columns);
+        one.append(st);
+        for (int c = 0; c < m_cursor->columns; ++c)
+            values << one.value(0, c);
+        m_rows->replace(row - m_cursor->base, values);
+    }
+    m_conn->release(st, m_tr->rowLookup);
+}
+
+void Recordset::deleteRow()
+{
+    if (!updatable())
+        throw DbError(err::NotUpdatable,
+                      QStringLiteral("Cannot update. Database or object is read-only."), m_source);
+    checkCurrent();
+    Translation tr;
+    tr.jet = m_source;
+    tr.sqlite = QStringLiteral("DELETE FROM %1.%2 WHERE rowid=?")
+                    .arg(quoteName(m_tr->baseSchema), quoteName(m_tr->baseTable));
+    m_conn->run(tr, {storedValue(m_pos, m_cursor->columns - 1)});
+    m_rows->markDeleted(m_pos - m_cursor->base);
+}
+
+} // namespace vd::db
