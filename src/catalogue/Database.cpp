@@ -702,6 +702,8 @@ void compactDatabase(const QString& source, const QString& target)
     sqlite3_finalize(stmt);
     if (rc != SQLITE_DONE)
         conn->fail(QStringLiteral("VACUUM INTO"));
+    // The copy keeps the journal of every catalogue, so that opening it changes nothing.
+    connect(target, SQLITE_OPEN_READWRITE);
 }
 
 } // namespace vd::db

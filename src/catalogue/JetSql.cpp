@@ -557,7 +557,7 @@ private:
         if (op == QLatin1String("\\"))
             return QStringLiteral("(CAST(round(%1) AS INTEGER)/CAST(round(%2) AS INTEGER))").arg(a, b);
         if (op == QLatin1String("MOD"))
-            return QStringLiteral("(%1 %% %2)").arg(a, b);
+            return QLatin1Char('(') + a + QStringLiteral(" % ") + b + QLatin1Char(')');
         if (op == QLatin1String("^"))
             return QStringLiteral("vd_pow(%1,%2)").arg(a, b);
         if (op == QLatin1String("XOR"))

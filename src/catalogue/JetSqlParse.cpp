@@ -808,7 +808,8 @@ private:
                 return n;
             }
             if (peek(1).kind == Tok::Op && peek(1).text == QLatin1String("(") &&
-                !isReserved(t))
+                (!isReserved(t) || t.text.compare(QLatin1String("LEFT"), Qt::CaseInsensitive) == 0 ||
+                 t.text.compare(QLatin1String("RIGHT"), Qt::CaseInsensitive) == 0))
                 return functionCall();
             if (isReserved(t))
                 fail(QStringLiteral("expected a value"));
