@@ -408,6 +408,19 @@ void fnPow(sqlite3_context* c, int n, sqlite3_value** v)
         return sqlite3_result_null(c);
     sqlite3_result_double(c, std::pow(sqlite3_value_double(v[0]), sqlite3_value_double(v[1])));
 }
+void fnPlus(sqlite3_context* c, int n, sqlite3_value** v)
+{
+    // "+" joins two texts and adds anything else.
+    if (anyNull(n, v))
+        return sqlite3_result_null(c);
+    const int ta = sqlite3_value_type(v[0]), tb = sqlite3_value_type(v[1]);
+    if (ta == SQLITE_TEXT && tb == SQLITE_TEXT)
+        return resultText(c, argText(v[0]) + argText(v[1]));
+    const int na = sqlite3_value_numeric_type(v[0]), nb = sqlite3_value_numeric_type(v[1]);
+    if (na == SQLITE_INTEGER && nb == SQLITE_INTEGER)
+        return sqlite3_result_int64(c, sqlite3_value_int64(v[0]) + sqlite3_value_int64(v[1]));
+    sqlite3_result_double(c, sqlite3_value_double(v[0]) + sqlite3_value_double(v[1]));
+}
 void fnNow(sqlite3_context* c, int, sqlite3_value**)
 {
     resultText(c, dateToStorage(QDateTime::currentDateTime()));
@@ -469,6 +482,7 @@ void registerJetFunctions(sqlite3* db)
         {"vd_fix", 1, fnFix, true},
         {"vd_round", 1, fnRound, true},
         {"vd_pow", 2, fnPow, true},
+        {"vd_plus", 2, fnPlus, true},
         {"vd_now", 0, fnNow, false},
         {"vd_date", 0, fnDate, false},
         {"vd_year", 1, fnDatePart<0>, true},

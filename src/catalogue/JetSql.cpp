@@ -309,13 +309,13 @@ public:
             return QLatin1Char('(') + select(*n->select, false) + QLatin1Char(')');
         case JetNode::Between:
             return QStringLiteral("(%1 %2BETWEEN %3 AND %4)")
-                .arg(expr(n->kids[0]), n->negated ? QStringLiteral("NOT ") : QString(),
+                .arg(caseFree(n->kids[0]), n->negated ? QStringLiteral("NOT ") : QString(),
                      expr(n->kids[1]), expr(n->kids[2]));
         case JetNode::In: {
             const JetNodeP& set = n->kids[1];
             const QString inner = set->kind == JetNode::Subquery ? expr(set) : expr(set);
             return QStringLiteral("(%1 %2IN %3)")
-                .arg(expr(n->kids[0]), n->negated ? QStringLiteral("NOT ") : QString(), inner);
+                .arg(caseFree(n->kids[0]), n->negated ? QStringLiteral("NOT ") : QString(), inner);
         }
         case JetNode::IsNull:
             return QStringLiteral("(%1 IS %2NULL)")
@@ -424,7 +424,30 @@ private:
         QString qualifier; // for a column reference: its table's qualifier
         bool named = false; // alias written by the caller
         bool isExpression = false;
+        int source = -1;   // the table it reads, for a column reference
+        QString column;
     };
+
+    // The table a column reference reads: by its qualifier, or the one table that has it.
+    static int sourceOf(const std::vector<Source>& sources, const QStringList& parts)
+    {
+        if (parts.size() >= 2) {
+            const QString& q = parts[parts.size() - 2];
+            for (size_t i = 0; i < sources.size(); ++i)
+                if (sources[i].qualifier.compare(q, Qt::CaseInsensitive) == 0)
+                    return int(i);
+            return -1;
+        }
+        int found = -1;
+        for (size_t i = 0; i < sources.size(); ++i)
+            for (const QString& c : sources[i].columns)
+                if (c.compare(parts.back(), Qt::CaseInsensitive) == 0) {
+                    if (found >= 0)
+                        return -1; // ambiguous
+                    found = int(i);
+                }
+        return found;
+    }
 
     QString core(const SelectCore& c, bool nameColumns)
     {
@@ -449,6 +472,8 @@ private:
                         oc.text = quoteName(s.qualifier) + QLatin1Char('.') + quoteName(col);
                         oc.name = col;
                         oc.qualifier = s.qualifier;
+                        oc.source = int(&s - sources.data());
+                        oc.column = col;
                         cols.push_back(oc);
                     }
                 }
@@ -467,6 +492,10 @@ private:
                     oc.qualifier = item.expr->parts[item.expr->parts.size() - 2];
             } else {
                 oc.isExpression = true;
+            }
+            if (item.expr->kind == JetNode::Name && item.expr->param < 0) {
+                oc.source = sourceOf(sources, item.expr->parts);
+                oc.column = item.expr->parts.back();
             }
             cols.push_back(oc);
         }
@@ -510,8 +539,32 @@ private:
                 items << t;
             }
         }
-        if (m_wantRowid && m_rowidQualifier.size())
-            items << quoteName(m_rowidQualifier) + QStringLiteral(".rowid AS \"__rowid\"");
+        if (m_editable && nameColumns) {
+            // Hidden rowids of the tables read, and where each visible column comes from.
+            for (size_t i = 0; i < sources.size(); ++i) {
+                const Source& src = sources[i];
+                if (src.table.isEmpty())
+                    continue;
+                m_editable->sources.push_back({src.schema, src.table, src.qualifier});
+                items << quoteName(src.qualifier) +
+                             QStringLiteral(".rowid AS \"__rowid%1\"").arg(m_editable->sources.size());
+            }
+            auto editableIndex = [&](int source) {
+                if (source < 0 || sources[size_t(source)].table.isEmpty())
+                    return -1;
+                int k = 0;
+                for (int i = 0; i < source; ++i)
+                    if (!sources[size_t(i)].table.isEmpty())
+                        ++k;
+                return k;
+            };
+            if (expandable) {
+                for (const OutColumn& oc : cols) {
+                    m_editable->originSource << editableIndex(oc.source);
+                    m_editable->originColumn << oc.column;
+                }
+            }
+        }
 
         QString out = QStringLiteral("SELECT ");
         if (c.distinct)
@@ -552,6 +605,9 @@ private:
         const QString& op = n->text;
         if (op == QLatin1String("&"))
             return QStringLiteral("(ifnull(%1,'')||ifnull(%2,''))").arg(a, b);
+        if (op == QLatin1String("+") && n->kids[0]->kind != JetNode::Number &&
+            n->kids[1]->kind != JetNode::Number)
+            return QStringLiteral("vd_plus(%1,%2)").arg(a, b); // two texts join
         if (op == QLatin1String("/"))
             return QStringLiteral("(CAST(%1 AS REAL)/%2)").arg(a, b);
         if (op == QLatin1String("\\"))
@@ -566,7 +622,20 @@ private:
             return QStringLiteral("((%1)=(%2))").arg(truth(a), truth(b));
         if (op == QLatin1String("IMP"))
             return QStringLiteral("((NOT %1) OR %2)").arg(a, b);
+        // Jet compares text without regard to case. Text columns carry that themselves; a
+        // comparison of two expressions ("right(FileName,11)='X.ZIP'") is told so here.
+        if (!isColumn(n->kids[0]) && !isColumn(n->kids[1]))
+            return QStringLiteral("(%1 %2 %3 COLLATE NOCASE)").arg(a, op, b);
         return QStringLiteral("(%1 %2 %3)").arg(a, op, b);
+    }
+
+    static bool isColumn(const JetNodeP& n)
+    {
+        return n->kind == JetNode::Name && n->param < 0;
+    }
+    QString caseFree(const JetNodeP& n)
+    {
+        return isColumn(n) ? expr(n) : expr(n) + QStringLiteral(" COLLATE NOCASE");
     }
 
     static QString truth(const QString& e) { return QStringLiteral("(%1)<>0").arg(e); }
@@ -648,26 +717,20 @@ private:
     }
 
 public:
-    bool m_wantRowid = false;
-    QString m_rowidQualifier;
+    Translation* m_editable = nullptr; // set when the rows will be written
 
 private:
     TranslationContext& m_ctx;
     const QString& m_sql;
 };
 
-// A single table read by a plain SELECT can take row updates.
-bool singleTable(const JetStatement& st, FromItemP& table)
+// A plain SELECT of one part, without grouping, can take row updates.
+bool editable(const JetStatement& st)
 {
     if (st.kind != JetStatement::Select || st.select->cores.size() != 1)
         return false;
     const SelectCore& c = st.select->cores[0];
     if (!c.from || c.distinct || !c.groupBy.empty() || c.having)
-        return false;
-    FromItemP f = c.from;
-    while (f->kind == FromItem::Paren)
-        f = f->left;
-    if (f->kind != FromItem::Table)
         return false;
     static const QStringList aggregates = {QStringLiteral("count"), QStringLiteral("sum"),
                                            QStringLiteral("min"),   QStringLiteral("max"),
@@ -677,7 +740,6 @@ bool singleTable(const JetStatement& st, FromItemP& table)
         if (item.expr->kind == JetNode::Func &&
             aggregates.contains(item.expr->text.toLower()))
             return false;
-    table = f;
     return true;
 }
 
@@ -763,32 +825,8 @@ std::shared_ptr<const Translation> translateJet(const QString& jetSql, Translati
     switch (st.kind) {
     case JetStatement::Select: {
         tr->isSelect = true;
-        FromItemP table;
-        if (withRowid && singleTable(st, table)) {
-            tr->hasRowid = true;
-            tr->baseTable = table->table;
-            tr->baseSchema = table->schema.isEmpty() ? QStringLiteral("main") : table->schema;
-            w.m_wantRowid = true;
-            w.m_rowidQualifier = table->alias.isEmpty() ? table->table : table->alias;
-            // The same columns, one row by its rowid.
-            SelectStmt one = *st.select;
-            SelectCore& c = one.cores[0];
-            c.orderBy.clear();
-            c.top.clear();
-            auto id = std::make_shared<JetNode>();
-            id->kind = JetNode::Name;
-            id->parts = {w.m_rowidQualifier, QStringLiteral("rowid")};
-            auto param = std::make_shared<JetNode>();
-            param->kind = JetNode::Name;
-            param->parts = {QStringLiteral("__rowid_param")};
-            param->param = st.parameters.size();
-            auto eq = std::make_shared<JetNode>();
-            eq->kind = JetNode::Binary;
-            eq->text = QStringLiteral("=");
-            eq->kids = {id, param};
-            c.where = eq;
-            tr->rowLookup = w.select(one, true);
-        }
+        if (withRowid && editable(st))
+            w.m_editable = tr.get();
         tr->sqlite = w.select(*st.select, true);
         break;
     }

@@ -31,12 +31,20 @@ struct Translation
     bool isSelect = false;
     QStringList parameters; // declared parameter names, in order; "?N" is parameter N-1
 
-    // For a single-table SELECT opened as a dynaset: the table, its schema, and the statement
-    // that reads one row again by rowid (the hidden last column "__rowid" holds it).
-    QString baseTable;
-    QString baseSchema;
-    bool hasRowid = false;
-    QString rowLookup;
+    // For a SELECT opened as a dynaset: the tables whose rows can be written. Each has a
+    // hidden column behind the visible ones that holds the row's rowid, in this order.
+    struct Source
+    {
+        QString schema; // "main" or an attached alias
+        QString table;
+        QString qualifier; // alias, or the table's name
+    };
+    QVector<Source> sources;
+    // For each visible column: the source it reads (-1 for an expression) and the column.
+    QVector<int> originSource;
+    QStringList originColumn;
+
+    int hiddenColumns() const { return int(sources.size()); }
 };
 
 // Translates one statement; throws DbError(err::SyntaxError) with the statement on failure.

@@ -107,36 +107,64 @@ public:
         const char* p = rowStart(row);
         for (int c = 0; c < column; ++c)
             p = skip(p);
+        return decode(p);
+    }
+
+    // Reads the value at `p` and moves `p` behind it.
+    static QVariant decode(const char*& p)
+    {
         switch (*p++) {
         case kNull:
             return {};
         case kInt32: {
             qint32 w;
             std::memcpy(&w, p, 4);
-            return QVariant(qlonglong(w));
+            p += 4;
+            return QVariant(int(w));
         }
         case kInt64: {
             qint64 v;
             std::memcpy(&v, p, 8);
+            p += 8;
             return QVariant(qlonglong(v));
         }
         case kDouble: {
             double d;
             std::memcpy(&d, p, 8);
+            p += 8;
             return QVariant(d);
         }
         case kText: {
             quint32 n;
             std::memcpy(&n, p, 4);
-            return QVariant(QString::fromUtf8(p + 4, qsizetype(n)));
+            p += 4 + n;
+            return QVariant(QString::fromUtf8(p - n, qsizetype(n)));
         }
         case kBlob: {
             quint32 n;
             std::memcpy(&n, p, 4);
-            return QVariant(QByteArray(p + 4, qsizetype(n)));
+            p += 4 + n;
+            return QVariant(QByteArray(p - n, qsizetype(n)));
         }
         }
         return {};
+    }
+
+    // Every value of a row, in column order, handed to `take(column, value)`.
+    template <typename Take>
+    void decodeRow(qint64 row, int columns, Take take) const
+    {
+        if (!m_overlay.isEmpty()) {
+            auto it = m_overlay.constFind(row);
+            if (it != m_overlay.constEnd()) {
+                for (int c = 0; c < columns; ++c)
+                    take(c, it.value().value(c));
+                return;
+            }
+        }
+        const char* p = rowStart(row);
+        for (int c = 0; c < columns; ++c)
+            take(c, decode(p));
     }
 
     void replace(qint64 row, const QVector<QVariant>& values) { m_overlay.insert(row, values); }
@@ -146,11 +174,14 @@ public:
 private:
     enum : char { kNull, kInt32, kInt64, kDouble, kText, kBlob };
     static constexpr size_t kChunk = 1 << 20;
+    static constexpr size_t kFirstChunk = 1 << 14;
 
     char* reserve(size_t bytes)
     {
         if (m_fill + bytes > m_chunkSize) {
-            m_chunkSize = std::max(kChunk, bytes);
+            // Small results stay small: chunks grow from 16 KiB to 1 MiB.
+            const size_t next = m_chunks.empty() ? kFirstChunk : std::min(kChunk, m_chunkSize * 2);
+            m_chunkSize = std::max(next, bytes);
             m_chunks.emplace_back(new char[m_chunkSize]);
             m_fill = 0;
         }
@@ -338,7 +369,7 @@ void Recordset::start()
     bindParameters(m_cursor->stmt, m_params);
     sqlite3_stmt* st = m_cursor->stmt;
     m_cursor->columns = sqlite3_column_count(st);
-    const int visible = m_cursor->columns - (m_tr->hasRowid ? 1 : 0);
+    const int visible = m_cursor->columns - m_tr->hiddenColumns();
     m_rows = std::make_unique<RowStore>(m_cursor->columns);
     m_atEnd = false;
     m_pos = -1;
@@ -356,6 +387,7 @@ void Recordset::start()
         } else if (first) {
             const QVariant v = m_rows->value(0, c);
             switch (v.typeId()) {
+            case QMetaType::Int:
             case QMetaType::LongLong:
                 f.type = type::Long;
                 break;
@@ -568,8 +600,9 @@ RowBlock Recordset::getRows(qint64 count)
     for (qint64 r = m_pos; r < last; ++r) {
         if (m_type == RecordsetType::ForwardOnly && r > m_pos)
             fetchTo(r);
-        for (int c = 0; c < block.fieldCount; ++c)
-            block.values.push_back(typed(storedValue(r, c), m_fields[c].type));
+        m_rows->decodeRow(r - m_cursor->base, block.fieldCount, [&](int c, const QVariant& v) {
+            block.values.push_back(typed(v, m_fields[c].type));
+        });
         ++block.rowCount;
     }
     m_pos = last;
@@ -653,30 +686,78 @@ bool Recordset::findPrevious(const QString& criteria)
 
 bool Recordset::updatable() const
 {
-    return m_type == RecordsetType::Dynaset && m_tr->hasRowid && m_cursor;
+    return m_type == RecordsetType::Dynaset && !m_tr->sources.isEmpty() && m_cursor;
 }
+
+namespace {
+
+[[noreturn]] void readOnly(const QString& source)
+{
+    throw DbError(err::NotUpdatable, QStringLiteral("Cannot update. Database or object is read-only."),
+                  source);
+}
+
+QString tableName(const Translation::Source& s)
+{
+    return quoteName(s.schema) + QLatin1Char('.') + quoteName(s.table);
+}
+
+// The form in which the engine keeps a value written through a recordset.
+QVariant storageForm(const QVariant& v)
+{
+    if (v.typeId() == QMetaType::QDateTime)
+        return dateToStorage(v.toDateTime());
+    if (v.typeId() == QMetaType::QDate)
+        return dateToStorage(QDateTime(v.toDate(), QTime(0, 0)));
+    return v;
+}
+
+} // namespace
 
 void Recordset::addNew()
 {
-    if (!updatable())
-        throw DbError(err::NotUpdatable,
-                      QStringLiteral("Cannot update. Database or object is read-only."), m_source);
-    const TableDef& def = m_conn->tableDef(m_tr->baseSchema, m_tr->baseTable);
+    if (!updatable() || m_tr->sources.size() != 1)
+        readOnly(m_source);
     m_editMode = 2;
-    m_editBuffer = QVector<QVariant>(def.fields.size());
-    m_editTouched = QVector<bool>(def.fields.size(), false);
+    m_edits.clear();
 }
 
 void Recordset::edit()
 {
     if (!updatable())
-        throw DbError(err::NotUpdatable,
-                      QStringLiteral("Cannot update. Database or object is read-only."), m_source);
+        readOnly(m_source);
     checkCurrent();
-    const TableDef& def = m_conn->tableDef(m_tr->baseSchema, m_tr->baseTable);
     m_editMode = 1;
-    m_editBuffer = QVector<QVariant>(def.fields.size());
-    m_editTouched = QVector<bool>(def.fields.size(), false);
+    m_edits.clear();
+}
+
+int Recordset::resolveEdit(const QString& name, QString& column) const
+{
+    // A field of the recordset that reads a table's column...
+    const int field = fieldIndex(name);
+    if (field >= 0 && field < m_tr->originSource.size() && m_tr->originSource[field] >= 0) {
+        column = m_tr->originColumn[field];
+        return m_tr->originSource[field];
+    }
+    // ... or a column of a table named with or without its qualifier ("F.lStartCount").
+    QString q;
+    column = name;
+    const int dot = name.lastIndexOf(QLatin1Char('.'));
+    if (dot > 0) {
+        q = name.left(dot);
+        column = name.mid(dot + 1);
+    }
+    for (int i = 0; i < m_tr->sources.size(); ++i) {
+        const Translation::Source& s = m_tr->sources[i];
+        if (!q.isEmpty() && s.qualifier.compare(q, Qt::CaseInsensitive) != 0 &&
+            s.table.compare(q, Qt::CaseInsensitive) != 0)
+            continue;
+        if (q.isEmpty() && m_tr->sources.size() > 1)
+            continue;
+        if (m_conn->tableDef(s.schema, s.table).fieldIndex(column) >= 0)
+            return i;
+    }
+    return -1;
 }
 
 void Recordset::setValue(const QString& name, const QVariant& value)
@@ -684,20 +765,27 @@ void Recordset::setValue(const QString& name, const QVariant& value)
     if (m_editMode == 0)
         throw DbError(err::UpdateWithoutEdit,
                       QStringLiteral("Update or CancelUpdate without AddNew or Edit."), m_source);
-    const TableDef& def = m_conn->tableDef(m_tr->baseSchema, m_tr->baseTable);
-    const int i = def.fieldIndex(name);
-    if (i < 0)
+    QString column;
+    const int source = resolveEdit(name, column);
+    if (source < 0)
         throw DbError(err::ItemNotFound,
                       QStringLiteral("Item not found in this collection: %1.").arg(name), m_source);
-    m_editBuffer[i] = coerce(value, def.fields[i]);
-    m_editTouched[i] = true;
+    const Translation::Source& s = m_tr->sources[source];
+    const TableDef& def = m_conn->tableDef(s.schema, s.table);
+    const FieldDef& f = def.fields[def.fieldIndex(column)];
+    const QVariant stored = storageForm(coerce(value, f));
+    for (PendingEdit& e : m_edits)
+        if (e.source == source && e.column.compare(f.name, Qt::CaseInsensitive) == 0) {
+            e.value = stored;
+            return;
+        }
+    m_edits.push_back({source, f.name, stored});
 }
 
 void Recordset::cancelUpdate()
 {
     m_editMode = 0;
-    m_editBuffer.clear();
-    m_editTouched.clear();
+    m_edits.clear();
 }
 
 void Recordset::update()
@@ -705,70 +793,73 @@ void Recordset::update()
     if (m_editMode == 0)
         throw DbError(err::UpdateWithoutEdit,
                       QStringLiteral("Update or CancelUpdate without AddNew or Edit."), m_source);
-    const TableDef& def = m_conn->tableDef(m_tr->baseSchema, m_tr->baseTable);
-    const QString table = quoteName(m_tr->baseSchema) + QLatin1Char('.') + quoteName(m_tr->baseTable);
-    QStringList names;
-    QVector<QVariant> values;
-    for (int i = 0; i < def.fields.size(); ++i)
-        if (m_editTouched[i]) {
-            names << quoteName(def.fields[i].name);
-            values << m_editBuffer[i];
-        }
     const int mode = m_editMode;
+    const QVector<PendingEdit> edits = m_edits;
     cancelUpdate();
-    QString sql;
-    if (mode == 2) {
-        sql = names.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table)
-                              : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                                    .arg(table, names.join(QLatin1Char(',')),
-                                         QStringList(names.size(), QStringLiteral("?")).join(QLatin1Char(',')));
-    } else {
-        if (names.isEmpty())
-            return;
-        QStringList sets;
-        for (const QString& n : names)
-            sets << n + QStringLiteral("=?");
-        sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(table, sets.join(QLatin1Char(',')));
-        values << storedValue(m_pos, m_cursor->columns - 1);
-    }
     Translation tr;
     tr.jet = m_source;
-    tr.sqlite = sql;
-    m_conn->run(tr, values);
-    if (mode == 1)
-        refreshRow(m_pos, values.back().toLongLong());
-}
-
-void Recordset::refreshRow(qint64 row, qint64 rowid)
-{
-    // Read the row again, so that the recordset shows what was written.
-    QVector<QVariant> params = m_params;
-    params.resize(m_tr->parameters.size());
-    params << rowid;
-    sqlite3_stmt* st = m_conn->prepare(m_tr->rowLookup, m_source);
-    bindParameters(st, params);
-    if (sqlite3_step(st) == SQLITE_ROW) {
+    if (mode == 2) {
+        QStringList names;
         QVector<QVariant> values;
-        RowStore one(m_cursor->columns);
-        one.append(st);
-        for (int c = 0; c < m_cursor->columns; ++c)
-            values << one.value(0, c);
-        m_rows->replace(row - m_cursor->base, values);
+        for (const PendingEdit& e : edits) {
+            names << quoteName(e.column);
+            values << e.value;
+        }
+        const QString table = tableName(m_tr->sources[0]);
+        tr.sqlite = names.isEmpty()
+                        ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table)
+                        : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                              .arg(table, names.join(QLatin1Char(',')),
+                                   QStringList(names.size(), QStringLiteral("?")).join(QLatin1Char(',')));
+        m_conn->run(tr, values);
+        return;
     }
-    m_conn->release(st, m_tr->rowLookup);
+    const int visible = m_cursor->columns - m_tr->hiddenColumns();
+    for (int source = 0; source < m_tr->sources.size(); ++source) {
+        QStringList sets;
+        QVector<QVariant> values;
+        for (const PendingEdit& e : edits)
+            if (e.source == source) {
+                sets << quoteName(e.column) + QStringLiteral("=?");
+                values << e.value;
+            }
+        if (sets.isEmpty())
+            continue;
+        const QVariant rowid = storedValue(m_pos, visible + source);
+        if (rowid.isNull())
+            throw DbError(err::NotUpdatable,
+                          QStringLiteral("Cannot update: the row of '%1' does not exist.")
+                              .arg(m_tr->sources[source].qualifier),
+                          m_source);
+        values << rowid;
+        tr.sqlite = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?")
+                        .arg(tableName(m_tr->sources[source]), sets.join(QLatin1Char(',')));
+        m_conn->run(tr, values);
+    }
+    // The recordset shows what was written.
+    QVector<QVariant> row;
+    for (int c = 0; c < m_cursor->columns; ++c) {
+        QVariant v = storedValue(m_pos, c);
+        if (c < m_tr->originSource.size())
+            for (const PendingEdit& e : edits)
+                if (m_tr->originSource[c] == e.source &&
+                    m_tr->originColumn[c].compare(e.column, Qt::CaseInsensitive) == 0)
+                    v = e.value;
+        row << v;
+    }
+    m_rows->replace(m_pos - m_cursor->base, row);
 }
 
 void Recordset::deleteRow()
 {
     if (!updatable())
-        throw DbError(err::NotUpdatable,
-                      QStringLiteral("Cannot update. Database or object is read-only."), m_source);
+        readOnly(m_source);
     checkCurrent();
+    const int visible = m_cursor->columns - m_tr->hiddenColumns();
     Translation tr;
     tr.jet = m_source;
-    tr.sqlite = QStringLiteral("DELETE FROM %1.%2 WHERE rowid=?")
-                    .arg(quoteName(m_tr->baseSchema), quoteName(m_tr->baseTable));
-    m_conn->run(tr, {storedValue(m_pos, m_cursor->columns - 1)});
+    tr.sqlite = QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(tableName(m_tr->sources[0]));
+    m_conn->run(tr, {storedValue(m_pos, visible)});
     m_rows->markDeleted(m_pos - m_cursor->base);
 }
 

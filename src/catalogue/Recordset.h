@@ -91,7 +91,13 @@ private:
     void checkCurrent() const;
     qint64 find(const QString& criteria, qint64 from, int step);
     QVariant storedValue(qint64 row, int column) const;
-    void refreshRow(qint64 row, qint64 rowid);
+    struct PendingEdit
+    {
+        int source = 0; // which table of the statement
+        QString column;
+        QVariant value; // as stored
+    };
+    int resolveEdit(const QString& name, QString& column) const;
 
     std::shared_ptr<Connection> m_conn;
     QString m_source;
@@ -106,8 +112,7 @@ private:
     bool m_atEnd = false;
     bool m_noMatch = true;
     int m_editMode = 0; // 0 none, 1 edit, 2 add
-    QVector<QVariant> m_editBuffer;
-    QVector<bool> m_editTouched;
+    QVector<PendingEdit> m_edits;
 };
 
 } // namespace vd::db

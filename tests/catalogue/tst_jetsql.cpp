@@ -97,6 +97,9 @@ private slots:
         QTest::addColumn<QVariant>("expected");
         QTest::newRow("& reads Null as empty") << "'a' & Null & 'b'" << QVariant("ab");
         QTest::newRow("& binds looser than +") << "1 + 2 & 'x'" << QVariant("3x");
+        QTest::newRow("+ joins two texts") << "'a' + chr(9) + 'b'" << QVariant("a\tb");
+        QTest::newRow("+ adds numbers") << "val('2') + val('3')" << QVariant(5);
+        QTest::newRow("+ with Null is Null") << "IIF(isNull('a' + Null), 'null', 'x')" << QVariant("null");
         QTest::newRow("/ divides exactly") << "7/2" << QVariant(3.5);
         QTest::newRow("\\ divides whole") << "7\\2" << QVariant(3);
         QTest::newRow("Mod") << "7 Mod 3" << QVariant(1);

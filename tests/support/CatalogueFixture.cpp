@@ -45,8 +45,7 @@ void writeFiles(db::Database& db)
     const QVector<FileRow> files = {
         {1, "Sanxion.d64", "/c64/disks/Sanxion.d64", kNull, "SANXION", 1, 101,
          stamp(2024, 3, 14, 21, 5, 0), 3},
-        {2, "Uridium.t64", "/c64/tapes/Uridium.t64", kNull, "URIDIUM TAPE", 3, kNull, kNull,
-         kNull},
+        {2, "Uridium.t64", "/c64/tapes/Uridium.t64", kNull, "URIDIUM TAPE", 3, kNull, kNull, kNull},
         {3, "Paradroid.prg", "/c64/zips/Paradroid.zip", "Paradroid.prg", kNull, 4, 102,
          stamp(2024, 3, 10, 8, 0, 0), 5},
         {4, "Boulder Dash.tap", "/c64/tapes/Boulder Dash.tap", kNull, kNull, 6, kNull, kNull,
@@ -131,7 +130,8 @@ QDateTime stamp(int year, int month, int day, int hour, int minute, int second)
 
 void appendRow(db::Database& db, const QString& table, const QVariantMap& values)
 {
-    auto rs = db.openRecordset(QStringLiteral("Select * From ") + table, db::RecordsetType::Dynaset);
+    auto rs =
+        db.openRecordset(QStringLiteral("Select * From ") + table, db::RecordsetType::Dynaset);
     rs->addNew();
     for (auto it = values.cbegin(); it != values.cend(); ++it)
         rs->setValue(it.key(), it.value());
