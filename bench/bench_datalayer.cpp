@@ -212,6 +212,7 @@ int main(int argc, char** argv)
     cli.addOption({QStringLiteral("files"), QStringLiteral("Files in the catalogue."), QStringLiteral("n"), QStringLiteral("10000")});
     cli.addOption({QStringLiteral("entries"), QStringLiteral("Entries in the catalogue."), QStringLiteral("n"), QStringLiteral("100000")});
     cli.addOption({QStringLiteral("rounds"), QStringLiteral("Rounds of each measurement."), QStringLiteral("n"), QStringLiteral("7")});
+    cli.addOption({QStringLiteral("only"), QStringLiteral("Run one measurement: list or lookups."), QStringLiteral("name")});
     cli.addOption({QStringLiteral("dir"), QStringLiteral("Folder for the catalogue (default: a temporary one)."), QStringLiteral("dir")});
     cli.process(app);
     const int files = std::max(1, cli.value(QStringLiteral("files")).toInt());
@@ -229,6 +230,8 @@ int main(int argc, char** argv)
                    .arg(files).arg(entries).arg(double(t.elapsed()) / 1000, 0, 'f', 2);
     }
 
+    const QString only = cli.value(QStringLiteral("only"));
+    if (only.isEmpty() || only == QLatin1String("list"))
     compare("list of all entries, every row and value", rounds, [&] { return listThroughLayer(path); },
             [&] { return listByHand(path); });
 
@@ -236,6 +239,7 @@ int main(int argc, char** argv)
     sqlite3* raw = nullptr;
     sqlite3_open_v2(path.toUtf8().constData(), &raw, SQLITE_OPEN_READWRITE, nullptr);
     const int lookups = 20000;
+    if (only.isEmpty() || only == QLatin1String("lookups"))
     compare("20000 one-row look-ups by key", rounds, [&] { return lookupsThroughLayer(*db, files, lookups); },
             [&] { return lookupsByHand(raw, files, lookups); });
     sqlite3_close(raw);

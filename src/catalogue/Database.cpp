@@ -60,7 +60,24 @@ QString declaredTypeFor(const FieldDef& f)
     }
 }
 
+static int typeFromDeclaredText(const QString& declared, int* size);
+
 int typeFromDeclared(const QString& declared, int* size)
+{
+    // Few distinct type names exist; each is read once.
+    static thread_local QHash<QString, std::pair<int, int>> known;
+    auto it = known.constFind(declared);
+    if (it == known.constEnd()) {
+        int s = 0;
+        const int t = typeFromDeclaredText(declared, &s);
+        it = known.insert(declared, {t, s});
+    }
+    if (size)
+        *size = it->second;
+    return it->first;
+}
+
+static int typeFromDeclaredText(const QString& declared, int* size)
 {
     const QString d = declared.trimmed().toUpper();
     static const QRegularExpression sized(QStringLiteral(R"(^\w+\s*\(\s*(\d+)\s*\))"));

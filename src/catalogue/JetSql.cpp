@@ -501,6 +501,7 @@ private:
         }
 
         QStringList items;
+        bool duplicates = false;
         if (!expandable) {
             // A star over an unknown table: write the list as given.
             int pos = 0;
@@ -520,8 +521,8 @@ private:
         } else {
             QHash<QString, int> counts;
             for (const OutColumn& oc : cols)
-                if (!oc.isExpression)
-                    counts[oc.name.toLower()]++;
+                if (!oc.isExpression && ++counts[oc.name.toLower()] > 1)
+                    duplicates = true;
             for (size_t pos = 0; pos < cols.size(); ++pos) {
                 const OutColumn& oc = cols[pos];
                 QString t = oc.text;
@@ -533,10 +534,34 @@ private:
                              quoteName(QStringLiteral("Expr%1").arg(1000 + int(pos)));
                 } else if (counts.value(oc.name.toLower()) > 1 && !oc.qualifier.isEmpty()) {
                     t += QStringLiteral(" AS ") + quoteName(oc.qualifier + QLatin1Char('.') + oc.name);
-                } else if (nameColumns) {
-                    t += QStringLiteral(" AS ") + quoteName(oc.name);
                 }
                 items << t;
+            }
+        }
+        if (expandable && !duplicates) {
+            // Nothing to rename: stars stay stars, which the engine prepares faster.
+            items.clear();
+            int pos = 0;
+            for (const SelectItem& item : c.items) {
+                QString t = expr(item.expr);
+                if (item.expr->kind == JetNode::Star) {
+                    const QString qual = item.expr->parts.value(0);
+                    for (const Source& src : sources)
+                        if (qual.isEmpty() || src.qualifier.compare(qual, Qt::CaseInsensitive) == 0)
+                            pos += int(src.columns.size());
+                    items << t;
+                    continue;
+                }
+                if (!item.alias.isEmpty())
+                    t += QStringLiteral(" AS ") + quoteName(item.alias);
+                else if (nameColumns && !(item.expr->kind == JetNode::Name && item.expr->param < 0))
+                    t += QStringLiteral(" AS ") + quoteName(QStringLiteral("Expr%1").arg(1000 + pos));
+                else if (nameColumns && cols[size_t(pos)].source >= 0 &&
+                         !sources[size_t(cols[size_t(pos)].source)].columns.contains(cols[size_t(pos)].name))
+                    // The field is named as the statement writes it ("GA_ID" for GA_Id).
+                    t += QStringLiteral(" AS ") + quoteName(cols[size_t(pos)].name);
+                items << t;
+                ++pos;
             }
         }
         if (m_editable && nameColumns) {

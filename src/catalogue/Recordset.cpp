@@ -39,59 +39,76 @@ public:
 
     void append(sqlite3_stmt* st)
     {
+        // One pass over the engine's values, then one copy into the chunk.
+        struct Cell
+        {
+            int type;
+            qint64 i;
+            double d;
+            const void* data;
+            quint32 n;
+        };
+        thread_local std::vector<Cell> cells;
+        cells.resize(size_t(m_columns));
         size_t bytes = 0;
         for (int c = 0; c < m_columns; ++c) {
-            switch (sqlite3_column_type(st, c)) {
+            Cell& cell = cells[size_t(c)];
+            cell.type = sqlite3_column_type(st, c);
+            switch (cell.type) {
             case SQLITE_INTEGER:
-                bytes += 9;
+                cell.i = sqlite3_column_int64(st, c);
+                bytes += (cell.i >= INT32_MIN && cell.i <= INT32_MAX) ? 5 : 9;
                 break;
             case SQLITE_FLOAT:
+                cell.d = sqlite3_column_double(st, c);
                 bytes += 9;
                 break;
             case SQLITE_NULL:
                 bytes += 1;
                 break;
             case SQLITE_BLOB:
-                bytes += 5 + size_t(sqlite3_column_bytes(st, c));
+                cell.data = sqlite3_column_blob(st, c);
+                cell.n = quint32(sqlite3_column_bytes(st, c));
+                bytes += 5 + cell.n;
                 break;
             default:
-                sqlite3_column_text(st, c);
-                bytes += 5 + size_t(sqlite3_column_bytes(st, c));
+                cell.data = sqlite3_column_text(st, c);
+                cell.n = quint32(sqlite3_column_bytes(st, c));
+                bytes += 5 + cell.n;
                 break;
             }
         }
         char* p = reserve(bytes);
-        for (int c = 0; c < m_columns; ++c) {
-            const int t = sqlite3_column_type(st, c);
-            if (t == SQLITE_INTEGER) {
-                const qint64 v = sqlite3_column_int64(st, c);
-                if (v >= INT32_MIN && v <= INT32_MAX) {
+        for (const Cell& cell : cells) {
+            switch (cell.type) {
+            case SQLITE_INTEGER:
+                if (cell.i >= INT32_MIN && cell.i <= INT32_MAX) {
                     *p++ = kInt32;
-                    const qint32 w = qint32(v);
+                    const qint32 w = qint32(cell.i);
                     std::memcpy(p, &w, 4);
                     p += 4;
                 } else {
                     *p++ = kInt64;
-                    std::memcpy(p, &v, 8);
+                    std::memcpy(p, &cell.i, 8);
                     p += 8;
                 }
-            } else if (t == SQLITE_FLOAT) {
+                break;
+            case SQLITE_FLOAT:
                 *p++ = kDouble;
-                const double d = sqlite3_column_double(st, c);
-                std::memcpy(p, &d, 8);
+                std::memcpy(p, &cell.d, 8);
                 p += 8;
-            } else if (t == SQLITE_NULL) {
+                break;
+            case SQLITE_NULL:
                 *p++ = kNull;
-            } else {
-                const bool blob = t == SQLITE_BLOB;
-                const void* data = blob ? sqlite3_column_blob(st, c) : sqlite3_column_text(st, c);
-                const quint32 n = quint32(sqlite3_column_bytes(st, c));
-                *p++ = blob ? kBlob : kText;
-                std::memcpy(p, &n, 4);
+                break;
+            default:
+                *p++ = cell.type == SQLITE_BLOB ? kBlob : kText;
+                std::memcpy(p, &cell.n, 4);
                 p += 4;
-                if (n)
-                    std::memcpy(p, data, n);
-                p += n;
+                if (cell.n)
+                    std::memcpy(p, cell.data, cell.n);
+                p += cell.n;
+                break;
             }
         }
     }
@@ -239,10 +256,14 @@ namespace {
     throw DbError(err::NoCurrentRecord, QStringLiteral("No current record."));
 }
 
-QVariant typed(const QVariant& raw, int type)
+QVariant typed(QVariant&& raw, int type)
 {
-    if (raw.isNull())
-        return raw;
+    const int id = raw.typeId();
+    // The common cases pass through untouched.
+    if ((id == QMetaType::Int && (type == type::Long || type == type::Integer || type == type::Byte)) ||
+        (id == QMetaType::QString && (type == type::Text || type == type::Memo)) ||
+        !raw.isValid())
+        return std::move(raw);
     switch (type) {
     case type::Date: {
         if (raw.typeId() == QMetaType::QString) {
@@ -600,8 +621,8 @@ RowBlock Recordset::getRows(qint64 count)
     for (qint64 r = m_pos; r < last; ++r) {
         if (m_type == RecordsetType::ForwardOnly && r > m_pos)
             fetchTo(r);
-        m_rows->decodeRow(r - m_cursor->base, block.fieldCount, [&](int c, const QVariant& v) {
-            block.values.push_back(typed(v, m_fields[c].type));
+        m_rows->decodeRow(r - m_cursor->base, block.fieldCount, [&](int c, QVariant&& v) {
+            block.values.push_back(typed(std::move(v), m_fields[c].type));
         });
         ++block.rowCount;
     }
@@ -633,7 +654,7 @@ qint64 Recordset::find(const QString& criteria, qint64 from, int step)
                                     .arg(parts.join(QLatin1Char('.'))),
                           criteria);
         const QVariant raw = storedValue(row, i);
-        return m_fields[i].type == type::Boolean ? typed(raw, type::Boolean) : raw;
+        return m_fields[i].type == type::Boolean ? typed(QVariant(raw), type::Boolean) : raw;
     };
     for (; row >= 0 && fetchTo(row); row += step) {
         if (m_rows->deleted(row - m_cursor->base))
