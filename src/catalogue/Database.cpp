@@ -2,6 +2,7 @@
 
 #include "catalogue/DatabasePrivate.h"
 #include "catalogue/JetFunctions.h"
+#include "catalogue/JetSqlParse.h"
 #include "catalogue/QueryDef.h"
 #include "catalogue/Recordset.h"
 
@@ -217,16 +218,27 @@ void Connection::exec(const QString& sql)
     }
 }
 
-std::shared_ptr<const Translation> Connection::translation(const QString& jet, bool withRowid)
+std::shared_ptr<const Translation> Connection::translation(const QString& jet, bool withRowid,
+                                                           QVector<QVariant>& literals)
 {
-    auto& cache = m_translations[withRowid ? 1 : 0];
-    auto it = cache.constFind(jet);
-    if (it != cache.constEnd())
-        return it.value();
-    auto tr = translateJet(jet, *this, withRowid);
-    if (cache.size() > 512)
-        cache.clear();
-    cache.insert(jet, tr);
+    const int slot = withRowid ? 1 : 0;
+    auto known = m_exact[slot].constFind(jet);
+    if (known != m_exact[slot].constEnd()) {
+        literals = known->literals;
+        return known->translation;
+    }
+    const QString shape = extractLiterals(jet, literals);
+    auto& cache = m_translations[slot];
+    std::shared_ptr<const Translation> tr = cache.value(shape);
+    if (!tr) {
+        tr = translateJet(jet, shape, int(literals.size()), *this, withRowid);
+        if (cache.size() > 1024)
+            cache.clear();
+        cache.insert(shape, tr);
+    }
+    if (m_exact[slot].size() > 1024)
+        m_exact[slot].clear();
+    m_exact[slot].insert(jet, Known{tr, literals});
     return tr;
 }
 
@@ -292,6 +304,8 @@ void Connection::schemaChanged()
 {
     m_translations[0].clear();
     m_translations[1].clear();
+    m_exact[0].clear();
+    m_exact[1].clear();
     m_columns.clear();
     m_tableDefs.clear();
 }
@@ -452,7 +466,7 @@ std::shared_ptr<Connection> connect(const QString& path, int flags)
     conn->exec(QStringLiteral("SELECT count(*) FROM sqlite_master"));
     if (!conn->readOnly && path != QLatin1String(":memory:"))
         conn->exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    conn->exec(QStringLiteral("PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=OFF; PRAGMA cache_size=-32768"));
+    conn->exec(QStringLiteral("PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=OFF;"));
     return conn;
 }
 
@@ -522,11 +536,12 @@ static Connection& live(const std::shared_ptr<Connection>& c)
 qint64 Database::execute(const QString& jetSql)
 {
     Connection& c = live(m_conn);
-    auto tr = c.translation(jetSql, false);
+    QVector<QVariant> literals;
+    auto tr = c.translation(jetSql, false, literals);
     if (!tr->parameters.isEmpty())
         throw DbError(err::TooFewParameters,
                       QStringLiteral("Too few parameters. Expected %1.").arg(tr->parameters.size()), jetSql);
-    return c.run(*tr, {});
+    return c.run(*tr, literals);
 }
 
 qint64 Database::recordsAffected() const
@@ -545,14 +560,15 @@ std::unique_ptr<Recordset> Database::openRecordset(const QString& source, Record
         type = RecordsetType::Dynaset;
     if (options & option::ForwardOnly)
         type = RecordsetType::ForwardOnly;
-    const bool rowid = type == RecordsetType::Dynaset && !(options & option::ReadOnly);
-    auto tr = c.translation(jet, rowid);
+    const bool rowid = type != RecordsetType::ForwardOnly;
+    QVector<QVariant> literals;
+    auto tr = c.translation(jet, rowid, literals);
     if (!tr->isSelect)
         throw DbError(err::Engine, QStringLiteral("Invalid operation: not a SELECT statement."), source);
     if (!tr->parameters.isEmpty())
         throw DbError(err::TooFewParameters,
                       QStringLiteral("Too few parameters. Expected %1.").arg(tr->parameters.size()), source);
-    std::unique_ptr<Recordset> rs(new Recordset(m_conn, source, tr, {}, type));
+    std::unique_ptr<Recordset> rs(new Recordset(m_conn, source, tr, literals, type, options));
     rs->start();
     return rs;
 }
@@ -693,7 +709,8 @@ void Database::setAttachResolver(std::function<QString(const QString&)> resolver
 
 QString Database::translate(const QString& jetSql) const
 {
-    return live(m_conn).translation(jetSql, false)->sqlite;
+    QVector<QVariant> literals;
+    return live(m_conn).translation(jetSql, false, literals)->sqlite;
 }
 
 sqlite3* Database::handle() const

@@ -27,7 +27,10 @@ struct Connection : TranslationContext
 
     // Translations are cached by their text; a change of schema empties the cache, since
     // star expansion depends on the tables' columns.
-    std::shared_ptr<const Translation> translation(const QString& jet, bool withRowid);
+    // `literals` receives the values taken out of the text, to be bound behind the
+    // declared parameters.
+    std::shared_ptr<const Translation> translation(const QString& jet, bool withRowid,
+                                                   QVector<QVariant>& literals);
 
     // Prepared statements are kept for reuse once their recordset is done with them.
     sqlite3_stmt* prepare(const QString& sqliteText, const QString& jetForErrors);
@@ -46,7 +49,13 @@ struct Connection : TranslationContext
     QStringList tableColumns(const QString& schema, const QString& table) override;
 
 private:
-    QHash<QString, std::shared_ptr<const Translation>> m_translations[2];
+    struct Known
+    {
+        std::shared_ptr<const Translation> translation;
+        QVector<QVariant> literals;
+    };
+    QHash<QString, Known> m_exact[2];                                     // by the text as given
+    QHash<QString, std::shared_ptr<const Translation>> m_translations[2]; // by its shape
     QHash<QString, QString> m_attached; // file -> alias
     QHash<QString, QStringList> m_columns;
     QHash<QString, TableDef> m_tableDefs;

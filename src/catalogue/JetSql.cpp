@@ -274,11 +274,11 @@ public:
     {
         switch (n->kind) {
         case JetNode::Number:
-            return n->text;
         case JetNode::String:
-            return quoteText(n->text);
         case JetNode::Date:
-            return quoteText(n->text);
+            if (n->literal >= 0)
+                return QStringLiteral("?%1").arg(m_literalBase + n->literal + 1);
+            return n->kind == JetNode::Number ? n->text : quoteText(n->text);
         case JetNode::Null:
             return QStringLiteral("NULL");
         case JetNode::Boolean:
@@ -743,6 +743,7 @@ private:
 
 public:
     Translation* m_editable = nullptr; // set when the rows will be written
+    int m_literalBase = 0;             // literals are numbered behind the parameters
 
 private:
     TranslationContext& m_ctx;
@@ -766,6 +767,24 @@ bool editable(const JetStatement& st)
             aggregates.contains(item.expr->text.toLower()))
             return false;
     return true;
+}
+
+// Tables joined from the left only: each row of the result is one combination of rows.
+bool keyable(const FromItemP& f)
+{
+    if (!f)
+        return false;
+    switch (f->kind) {
+    case FromItem::Table:
+        return true;
+    case FromItem::Paren:
+        return keyable(f->left);
+    case FromItem::Join:
+        return f->joinType != QLatin1String("RIGHT") && keyable(f->left) && keyable(f->right);
+    case FromItem::Subquery:
+        return false;
+    }
+    return false;
 }
 
 QString deleteStatement(Writer& w, const JetStatement& st)
@@ -838,21 +857,60 @@ QString updateStatement(Writer& w, const JetStatement& st)
 
 } // namespace
 
-std::shared_ptr<const Translation> translateJet(const QString& jetSql, TranslationContext& ctx,
+std::shared_ptr<const Translation> translateJet(const QString& jetSql, const QString& shape,
+                                                int literalCount, TranslationContext& ctx,
                                                 bool withRowid)
 {
-    QString source = jetSql.trimmed();
     auto tr = std::make_shared<Translation>();
     tr->jet = jetSql;
-    const JetStatement st = parseJetStatement(source, &ctx);
+    tr->literalCount = literalCount;
+    JetStatement st;
+    try {
+        st = parseJetStatement(shape.trimmed(), &ctx);
+    } catch (const DbError& e) {
+        // Report the statement as the caller wrote it, positions included.
+        if (shape == jetSql)
+            throw;
+        parseJetStatement(jetSql.trimmed(), &ctx);
+        throw DbError(e.number(), e.description(), jetSql);
+    }
     tr->parameters = st.parameters;
     Writer w(ctx, jetSql);
+    w.m_literalBase = int(st.parameters.size());
     switch (st.kind) {
     case JetStatement::Select: {
         tr->isSelect = true;
         if (withRowid && editable(st))
             w.m_editable = tr.get();
         tr->sqlite = w.select(*st.select, true);
+        if (w.m_editable && keyable(st.select->cores[0].from) && !tr->sources.isEmpty()) {
+            SelectStmt page = *st.select;
+            SelectCore& c = page.cores[0];
+            c.orderBy.clear();
+            c.top.clear();
+            auto in = std::make_shared<JetNode>();
+            in->kind = JetNode::In;
+            auto id = std::make_shared<JetNode>();
+            id->kind = JetNode::Name;
+            id->parts = {tr->sources[0].qualifier, QStringLiteral("rowid")};
+            auto list = std::make_shared<JetNode>();
+            list->kind = JetNode::List;
+            for (int k = 0; k < Translation::kPageKeys; ++k) {
+                auto p = std::make_shared<JetNode>();
+                p->kind = JetNode::Name;
+                p->parts = {QStringLiteral("__key")};
+                p->param = int(st.parameters.size()) + literalCount + k;
+                list->kids.push_back(p);
+            }
+            in->kids = {id, list};
+            c.where = in;
+            Translation pageShape;
+            Writer pw(ctx, jetSql);
+            pw.m_editable = &pageShape;
+            pw.m_literalBase = w.m_literalBase;
+            tr->pageSql = pw.select(page, true);
+
+        }
         break;
     }
     case JetStatement::Update:

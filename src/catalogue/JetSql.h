@@ -30,6 +30,7 @@ struct Translation
     QString sqlite; // the statement to prepare
     bool isSelect = false;
     QStringList parameters; // declared parameter names, in order; "?N" is parameter N-1
+    int literalCount = 0;   // values taken out of the text, bound behind the parameters
 
     // For a SELECT opened as a dynaset: the tables whose rows can be written. Each has a
     // hidden column behind the visible ones that holds the row's rowid, in this order.
@@ -45,11 +46,19 @@ struct Translation
     QStringList originColumn;
 
     int hiddenColumns() const { return int(sources.size()); }
+
+    // When every row is told apart by the rowids of its tables, a recordset keeps only those
+    // and reads the rows it shows in blocks: this statement gives the rows whose first table's
+    // rowid is one of kPageKeys parameters, numbered behind the declared ones.
+    QString pageSql;
+    static constexpr int kPageKeys = 64;
 };
 
 // Translates one statement; throws DbError(err::SyntaxError) with the statement on failure.
-// `withRowid` asks for the hidden rowid column where the statement allows row updates.
-std::shared_ptr<const Translation> translateJet(const QString& jetSql, TranslationContext& ctx,
+// `withRowid` asks for the hidden rowid columns where the statement allows it. `shape` is the
+// statement with its values taken out (extractLiterals), `literalCount` how many.
+std::shared_ptr<const Translation> translateJet(const QString& jetSql, const QString& shape,
+                                                int literalCount, TranslationContext& ctx,
                                                 bool withRowid);
 
 // The stored text of a date: "YYYY-MM-DD HH:MM:SS".

@@ -10,7 +10,7 @@ namespace vd::db {
 
 namespace {
 
-enum class Tok { End, Word, Quoted, String, Number, Date, Op };
+enum class Tok { End, Word, Quoted, String, Number, Date, Op, Literal };
 
 struct Token
 {
@@ -63,7 +63,15 @@ public:
             }
             Token t;
             t.pos = i;
-            if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+            if (c == QChar(0x01)) {
+                // A value taken out of the text: kind letter and index between markers.
+                const int end = m_s.indexOf(QChar(0x01), i + 1);
+                if (end < 0)
+                    fail(QStringLiteral("a broken value marker"), i);
+                t.kind = Tok::Literal;
+                t.text = m_s.mid(i + 1, end - i - 1);
+                i = end + 1;
+            } else if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
                 t.kind = Tok::String;
                 ++i;
                 for (;;) {
@@ -747,6 +755,15 @@ private:
     {
         const Token t = cur();
         switch (t.kind) {
+        case Tok::Literal: {
+            next();
+            const QChar kind = t.text.at(0);
+            auto n = node(kind == QLatin1Char('N') ? JetNode::Number
+                          : kind == QLatin1Char('D') ? JetNode::Date
+                                                     : JetNode::String);
+            n->literal = t.text.mid(1).toInt();
+            return n;
+        }
         case Tok::Number:
             next();
             return node(JetNode::Number, t.text);
@@ -859,6 +876,142 @@ private:
 };
 
 } // namespace
+
+QString extractLiterals(const QString& sql, QVector<QVariant>& literals)
+{
+    literals.clear();
+    QString out;
+    out.reserve(sql.size());
+    const int n = int(sql.size());
+    bool keepNumbers = false; // inside ORDER BY / GROUP BY
+    bool keepNext = false;    // behind TOP
+    QString lastWord, wordBefore;
+    int i = 0;
+    // The declarations of PARAMETERS stay as they are.
+    if (sql.trimmed().startsWith(QLatin1String("PARAMETERS"), Qt::CaseInsensitive)) {
+        const int semi = sql.indexOf(QLatin1Char(';'));
+        if (semi < 0)
+            return sql;
+        out += sql.left(semi + 1);
+        i = semi + 1;
+    }
+    auto marker = [&](char kind, const QVariant& value) {
+        out += QChar(0x01) + QLatin1Char(kind) + QString::number(literals.size()) + QChar(0x01);
+        literals << value;
+    };
+    while (i < n) {
+        const QChar c = sql[i];
+        if (c == QLatin1Char('[') || c == QLatin1Char('`')) {
+            const int end = sql.indexOf(c == QLatin1Char('[') ? QLatin1Char(']') : QLatin1Char('`'), i + 1);
+            const int stop = end < 0 ? n : end + 1;
+            out += QStringView(sql).mid(i, stop - i);
+            i = stop;
+            lastWord.clear();
+            continue;
+        }
+        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+            QString value;
+            int j = i + 1;
+            bool closed = false;
+            while (j < n) {
+                if (sql[j] == c) {
+                    if (j + 1 < n && sql[j + 1] == c) {
+                        value += c;
+                        j += 2;
+                        continue;
+                    }
+                    closed = true;
+                    ++j;
+                    break;
+                }
+                value += sql[j++];
+            }
+            if (!closed || lastWord.compare(QLatin1String("AS"), Qt::CaseInsensitive) == 0)
+                out += QStringView(sql).mid(i, j - i); // an alias, or broken: left to the parser
+            else
+                marker('S', value);
+            i = j;
+            lastWord.clear();
+            continue;
+        }
+        if (c == QLatin1Char('#')) {
+            const int end = sql.indexOf(QLatin1Char('#'), i + 1);
+            QDateTime dt;
+            if (end > 0 && parseJetDate(sql.mid(i + 1, end - i - 1), dt)) {
+                marker('D', dateToStorage(dt));
+                i = end + 1;
+            } else {
+                out += c;
+                ++i;
+            }
+            lastWord.clear();
+            continue;
+        }
+        if (isWordChar(c) && !c.isDigit()) {
+            int j = i;
+            while (j < n && isWordChar(sql[j]))
+                ++j;
+            const QString word = sql.mid(i, j - i);
+            out += word;
+            i = j;
+            if (word.compare(QLatin1String("BY"), Qt::CaseInsensitive) == 0 &&
+                (lastWord.compare(QLatin1String("ORDER"), Qt::CaseInsensitive) == 0 ||
+                 lastWord.compare(QLatin1String("GROUP"), Qt::CaseInsensitive) == 0))
+                keepNumbers = true;
+            else if (word.compare(QLatin1String("UNION"), Qt::CaseInsensitive) == 0 ||
+                     word.compare(QLatin1String("HAVING"), Qt::CaseInsensitive) == 0)
+                keepNumbers = false;
+            keepNext = word.compare(QLatin1String("TOP"), Qt::CaseInsensitive) == 0;
+            wordBefore = lastWord;
+            lastWord = word;
+            continue;
+        }
+        if (c.isDigit() || (c == QLatin1Char('.') && i + 1 < n && sql[i + 1].isDigit())) {
+            // A number, unless it is the tail of a name ("T.1st") or follows a point of one.
+            int j = i;
+            while (j < n && sql[j].isDigit())
+                ++j;
+            if (j < n && sql[j] == QLatin1Char('.') && (c != QLatin1Char('.'))) {
+                ++j;
+                while (j < n && sql[j].isDigit())
+                    ++j;
+            } else if (c == QLatin1Char('.')) {
+                ++j;
+                while (j < n && sql[j].isDigit())
+                    ++j;
+            }
+            if (j < n && (sql[j] == QLatin1Char('e') || sql[j] == QLatin1Char('E'))) {
+                int k = j + 1;
+                if (k < n && (sql[k] == QLatin1Char('+') || sql[k] == QLatin1Char('-')))
+                    ++k;
+                if (k < n && sql[k].isDigit()) {
+                    while (k < n && sql[k].isDigit())
+                        ++k;
+                    j = k;
+                }
+            }
+            const bool afterPoint = i > 0 && sql[i - 1] == QLatin1Char('.');
+            const bool nameTail = j < n && isWordChar(sql[j]);
+            const QString text = sql.mid(i, j - i);
+            if (keepNumbers || keepNext || afterPoint || nameTail) {
+                out += text;
+            } else {
+                bool ok = false;
+                const qlonglong v = text.toLongLong(&ok);
+                marker('N', ok ? QVariant(v) : QVariant(text.toDouble()));
+            }
+            keepNext = false;
+            i = j;
+            lastWord.clear();
+            continue;
+        }
+        if (!c.isSpace())
+            lastWord.clear();
+        out += c;
+        ++i;
+    }
+    return out;
+}
 
 JetStatement parseJetStatement(const QString& sql, TranslationContext* ctx)
 {

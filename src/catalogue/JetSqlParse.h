@@ -3,6 +3,8 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariant>
+#include <QVector>
 #include <memory>
 #include <vector>
 
@@ -37,7 +39,8 @@ struct JetNode
     QString text;
     QStringList parts;
     bool negated = false;
-    int param = -1; // Name: index of a declared parameter
+    int param = -1;   // Name: index of a declared parameter
+    int literal = -1; // Number, String, Date: index of a value taken out of the text
     std::vector<std::shared_ptr<JetNode>> kids;
     std::shared_ptr<SelectStmt> select;
 };
@@ -100,6 +103,12 @@ struct JetStatement
     QStringList insertColumns;
     std::vector<JetNodeP> insertValues;
 };
+
+// Takes the literal values (numbers, texts, dates) out of a statement, so that statements that
+// differ only in their values share one translation and one prepared statement. Each value
+// becomes a marker the parser reads back; values whose text shapes the statement (TOP n, the
+// column numbers of ORDER BY and GROUP BY, aliases, the declarations of PARAMETERS) stay.
+QString extractLiterals(const QString& sql, QVector<QVariant>& literals);
 
 // Parses one statement. Throws DbError(err::SyntaxError).
 JetStatement parseJetStatement(const QString& sql, TranslationContext* ctx);

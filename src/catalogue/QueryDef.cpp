@@ -17,7 +17,7 @@ void QueryDef::setSql(const QString& jetSql)
 {
     if (!m_conn)
         throw DbError(err::Engine, QStringLiteral("The database is closed."));
-    m_tr = m_conn->translation(jetSql, false);
+    m_tr = m_conn->translation(jetSql, false, m_literals);
     m_sql = jetSql;
     m_values = QVector<QVariant>(m_tr->parameters.size());
 }
@@ -66,9 +66,10 @@ std::unique_ptr<Recordset> QueryDef::openRecordset(RecordsetType type, int optio
         type = RecordsetType::Dynaset;
     if (options & option::ForwardOnly)
         type = RecordsetType::ForwardOnly;
-    const bool rowid = type == RecordsetType::Dynaset && !(options & option::ReadOnly);
-    auto tr = rowid ? m_conn->translation(m_sql, true) : m_tr;
-    std::unique_ptr<Recordset> rs(new Recordset(m_conn, m_sql, tr, m_values, type));
+    const bool rowid = type != RecordsetType::ForwardOnly;
+    QVector<QVariant> literals = m_literals;
+    auto tr = rowid ? m_conn->translation(m_sql, true, literals) : m_tr;
+    std::unique_ptr<Recordset> rs(new Recordset(m_conn, m_sql, tr, m_values + literals, type, options));
     rs->start();
     return rs;
 }
@@ -77,7 +78,7 @@ qint64 QueryDef::execute()
 {
     if (!m_tr)
         throw DbError(err::Engine, QStringLiteral("The query has no statement."));
-    return m_conn->run(*m_tr, m_values);
+    return m_conn->run(*m_tr, bound());
 }
 
 } // namespace vd::db

@@ -36,7 +36,9 @@ private:
     std::shared_ptr<Connection> m_conn;
     QString m_sql;
     std::shared_ptr<const Translation> m_tr;
-    QVector<QVariant> m_values;
+    QVector<QVariant> m_values;   // the declared parameters
+    QVector<QVariant> m_literals; // the values of the text
+    QVector<QVariant> bound() const { return m_values + m_literals; }
 };
 
 } // namespace vd::db

@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QHash>
 #include <QSet>
+#include <QVarLengthArray>
 #include <sqlite3.h>
 
 #include <cmath>
@@ -34,7 +35,6 @@ public:
         m_index.clear();
         m_fill = kChunk;
         m_overlay.clear();
-        m_deleted.clear();
     }
 
     void append(sqlite3_stmt* st)
@@ -113,6 +113,12 @@ public:
         }
     }
 
+    void appendNulls()
+    {
+        char* p = reserve(size_t(m_columns));
+        std::memset(p, kNull, size_t(m_columns));
+    }
+
     // The value as stored: integers as qlonglong, reals as double, text as QString.
     QVariant value(qint64 row, int column) const
     {
@@ -185,8 +191,6 @@ public:
     }
 
     void replace(qint64 row, const QVector<QVariant>& values) { m_overlay.insert(row, values); }
-    void markDeleted(qint64 row) { m_deleted.insert(row); }
-    bool deleted(qint64 row) const { return m_deleted.contains(row); }
 
 private:
     enum : char { kNull, kInt32, kInt64, kDouble, kText, kBlob };
@@ -236,7 +240,6 @@ private:
     size_t m_fill = kChunk;
     size_t m_chunkSize = 0;
     QHash<qint64, QVector<QVariant>> m_overlay;
-    QSet<qint64> m_deleted;
 };
 
 // --- the statement behind a recordset ------------------------------------------------------
@@ -372,11 +375,17 @@ QString quoteName(const QString& name)
 
 Recordset::Recordset(std::shared_ptr<Connection> conn, const QString& source,
                      std::shared_ptr<const Translation> translation, const QVector<QVariant>& params,
-                     RecordsetType type)
+                     RecordsetType type, int options)
     : m_conn(std::move(conn)), m_source(source), m_tr(std::move(translation)), m_params(params),
-      m_type(type)
+      m_type(type), m_options(options)
 {
 }
+
+namespace {
+constexpr qint64 kNullKey = std::numeric_limits<qint64>::min();
+constexpr qint64 kKeptRows = 2048;    // rows whose values are kept as the statement runs
+constexpr qint64 kCachedRows = 16384; // rows kept in a keyed recordset's cache at most
+} // namespace
 
 Recordset::~Recordset()
 {
@@ -392,6 +401,10 @@ void Recordset::start()
     m_cursor->columns = sqlite3_column_count(st);
     const int visible = m_cursor->columns - m_tr->hiddenColumns();
     m_rows = std::make_unique<RowStore>(m_cursor->columns);
+    m_keyed = !m_tr->pageSql.isEmpty() && m_type != RecordsetType::ForwardOnly;
+    m_keys.clear();
+    m_cached.clear();
+    m_deleted.clear();
     m_atEnd = false;
     m_pos = -1;
     const bool first = fetchTo(0);
@@ -406,7 +419,7 @@ void Recordset::start()
         if (decl) {
             f.type = typeFromDeclared(QString::fromUtf8(decl), &f.size);
         } else if (first) {
-            const QVariant v = m_rows->value(0, c);
+            const QVariant v = storedValue(0, c);
             switch (v.typeId()) {
             case QMetaType::Int:
             case QMetaType::LongLong:
@@ -440,22 +453,37 @@ bool Recordset::fetchTo(qint64 index)
     while (c.fetched <= index && !m_atEnd) {
         const int rc = sqlite3_step(c.stmt);
         if (rc == SQLITE_ROW) {
-            if (m_type == RecordsetType::ForwardOnly) {
-                m_rows->clear();
-                c.base = c.fetched;
+            if (m_keyed) {
+                // Every row leaves its rowids; the first ones their values too.
+                const int n = m_tr->hiddenColumns();
+                for (int k = c.columns - n; k < c.columns; ++k) {
+                    const qint64 key = sqlite3_column_int64(c.stmt, k);
+                    m_keys.push_back(key == 0 && sqlite3_column_type(c.stmt, k) == SQLITE_NULL
+                                         ? kNullKey
+                                         : key);
+                }
+                if (c.fetched < kKeptRows && m_rows->size() < kCachedRows) {
+                    m_cached.insert(c.fetched, m_rows->size());
+                    m_rows->append(c.stmt);
+                }
+            } else {
+                if (m_type == RecordsetType::ForwardOnly) {
+                    m_rows->clear();
+                    c.base = c.fetched;
+                }
+                m_rows->append(c.stmt);
             }
-            m_rows->append(c.stmt);
             ++c.fetched;
         } else if (rc == SQLITE_DONE) {
             m_atEnd = true;
-            m_conn->release(c.stmt, m_tr->sqlite);
+            m_conn->release(c.stmt, cursorSql());
             c.stmt = nullptr;
         } else {
             m_atEnd = true;
             try {
                 m_conn->fail(m_source);
             } catch (...) {
-                m_conn->release(c.stmt, m_tr->sqlite);
+                m_conn->release(c.stmt, cursorSql());
                 c.stmt = nullptr;
                 throw;
             }
@@ -472,9 +500,11 @@ bool Recordset::isOpen() const
 void Recordset::close()
 {
     if (m_cursor && m_cursor->stmt && m_conn)
-        m_conn->release(m_cursor->stmt, m_tr->sqlite);
+        m_conn->release(m_cursor->stmt, cursorSql());
     m_cursor.reset();
     m_rows.reset();
+    m_keys.clear();
+    m_cached.clear();
     m_pos = -1;
 }
 
@@ -529,13 +559,110 @@ void Recordset::checkCurrent() const
 {
     if (eof() || bof())
         noCurrent();
-    if (m_rows->deleted(m_pos - m_cursor->base))
+    if (m_deleted.contains(m_pos))
         throw DbError(3167, QStringLiteral("Record is deleted."));
 }
 
 QVariant Recordset::storedValue(qint64 row, int column) const
 {
-    return m_rows->value(row - m_cursor->base, column);
+    return m_rows->value(storeIndex(row), column);
+}
+
+qint64 Recordset::storeIndex(qint64 row) const
+{
+    if (!m_keyed)
+        return row - m_cursor->base;
+    auto it = m_cached.constFind(row);
+    if (it != m_cached.constEnd())
+        return it.value();
+    fetchBlock(row);
+    return m_cached.value(row);
+}
+
+const QString& Recordset::cursorSql() const
+{
+    return m_tr->sqlite;
+}
+
+QVariant Recordset::rowid(qint64 row, int source) const
+{
+    if (m_keyed) {
+        const qint64 k = m_keys[size_t(row * m_tr->hiddenColumns() + source)];
+        return k == kNullKey ? QVariant() : QVariant(k);
+    }
+    return storedValue(row, m_cursor->columns - m_tr->hiddenColumns() + source);
+}
+
+void Recordset::fetchBlock(qint64 row) const
+{
+    // The rows from `row` on, as far as one statement reaches, read by the rowids of their
+    // first table and told apart by the rowids of all their tables.
+    const int n = m_tr->hiddenColumns();
+    if (m_rows->size() + Translation::kPageKeys > kCachedRows) {
+        m_rows->clear();
+        m_cached.clear();
+    }
+    QHash<qint64, QVarLengthArray<qint64, 2>> wanted; // first rowid -> rows
+    QVarLengthArray<qint64, Translation::kPageKeys> firstKeys;
+    QVarLengthArray<qint64, Translation::kPageKeys * 2> block;
+    for (qint64 r = row; r < m_cursor->fetched; ++r) {
+        if (m_cached.contains(r))
+            continue;
+        const qint64 first = m_keys[size_t(r * n)];
+        auto it = wanted.find(first);
+        if (it == wanted.end()) {
+            if (firstKeys.size() == Translation::kPageKeys)
+                break;
+            firstKeys.append(first);
+            it = wanted.insert(first, {});
+        }
+        it->append(r);
+        block.append(r);
+    }
+    sqlite3_stmt* st = m_conn->prepare(m_tr->pageSql, m_source);
+    const int base = int(m_tr->parameters.size()) + m_tr->literalCount;
+    for (int i = 0; i < base && i < m_params.size(); ++i)
+        bindValue(st, i + 1, m_params[i]);
+    for (int k = 0; k < Translation::kPageKeys; ++k) {
+        if (k < firstKeys.size())
+            sqlite3_bind_int64(st, base + k + 1, firstKeys[k]);
+        else
+            sqlite3_bind_null(st, base + k + 1);
+    }
+    const int columns = m_cursor->columns;
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+        auto it = wanted.constFind(sqlite3_column_int64(st, columns - n));
+        if (it == wanted.constEnd())
+            continue;
+        qint64 index = -1;
+        for (qint64 r : *it) {
+            // The other tables' rowids tell which of the rows with this first rowid it is.
+            bool same = true;
+            for (int k = 1; k < n && same; ++k) {
+                const qint64 key = sqlite3_column_type(st, columns - n + k) == SQLITE_NULL
+                                       ? kNullKey
+                                       : sqlite3_column_int64(st, columns - n + k);
+                same = key == m_keys[size_t(r * n + k)];
+            }
+            if (!same || m_cached.contains(r))
+                continue;
+            if (index < 0) {
+                index = m_rows->size();
+                m_rows->append(st);
+            }
+            m_cached.insert(r, index);
+        }
+    }
+    m_conn->release(st, m_tr->pageSql);
+    if (rc != SQLITE_DONE)
+        m_conn->fail(m_source);
+    // Rows that are gone since the statement ran read as empty.
+    for (qint64 r : block)
+        if (!m_cached.contains(r)) {
+            m_cached.insert(r, m_rows->size());
+            m_rows->appendNulls();
+        }
 }
 
 QVariant Recordset::value(int index) const
@@ -615,17 +742,31 @@ RowBlock Recordset::getRows(qint64 count)
     block.fieldCount = int(m_fields.size());
     if (eof() || bof() || count <= 0)
         return block;
+    // Text, memo and whole-number fields come out of the store as they are wanted.
+    QVector<bool> convert(block.fieldCount);
+    for (int c = 0; c < block.fieldCount; ++c) {
+        const int t = m_fields[c].type;
+        convert[c] = !(t == type::Text || t == type::Memo || t == type::Long ||
+                       t == type::Integer || t == type::Byte || t == type::Double);
+    }
+    auto take = [&](qint64 r) {
+        m_rows->decodeRow(storeIndex(r), block.fieldCount, [&](int c, QVariant&& v) {
+            block.values.push_back(convert[c] ? typed(std::move(v), m_fields[c].type) : std::move(v));
+        });
+        ++block.rowCount;
+    };
+    if (m_type == RecordsetType::ForwardOnly) {
+        while (block.rowCount < count && !eof()) {
+            take(m_pos);
+            moveNext();
+        }
+        return block;
+    }
     fetchTo(m_pos + count - 1);
     const qint64 last = std::min(m_cursor->fetched, m_pos + count);
     block.values.reserve(int((last - m_pos) * block.fieldCount));
-    for (qint64 r = m_pos; r < last; ++r) {
-        if (m_type == RecordsetType::ForwardOnly && r > m_pos)
-            fetchTo(r);
-        m_rows->decodeRow(r - m_cursor->base, block.fieldCount, [&](int c, QVariant&& v) {
-            block.values.push_back(typed(std::move(v), m_fields[c].type));
-        });
-        ++block.rowCount;
-    }
+    for (qint64 r = m_pos; r < last; ++r)
+        take(r);
     m_pos = last;
     if (!fetchTo(m_pos))
         m_pos = m_cursor->fetched;
@@ -657,7 +798,7 @@ qint64 Recordset::find(const QString& criteria, qint64 from, int step)
         return m_fields[i].type == type::Boolean ? typed(QVariant(raw), type::Boolean) : raw;
     };
     for (; row >= 0 && fetchTo(row); row += step) {
-        if (m_rows->deleted(row - m_cursor->base))
+        if (m_deleted.contains(row))
             continue;
         if (jetTruth(evalJet(*expr, lookup)))
             return row;
@@ -707,7 +848,8 @@ bool Recordset::findPrevious(const QString& criteria)
 
 bool Recordset::updatable() const
 {
-    return m_type == RecordsetType::Dynaset && !m_tr->sources.isEmpty() && m_cursor;
+    return m_type == RecordsetType::Dynaset && !(m_options & option::ReadOnly) &&
+           !m_tr->sources.isEmpty() && m_cursor;
 }
 
 namespace {
@@ -835,7 +977,6 @@ void Recordset::update()
         m_conn->run(tr, values);
         return;
     }
-    const int visible = m_cursor->columns - m_tr->hiddenColumns();
     for (int source = 0; source < m_tr->sources.size(); ++source) {
         QStringList sets;
         QVector<QVariant> values;
@@ -846,18 +987,22 @@ void Recordset::update()
             }
         if (sets.isEmpty())
             continue;
-        const QVariant rowid = storedValue(m_pos, visible + source);
-        if (rowid.isNull())
+        const QVariant id = rowid(m_pos, source);
+        if (id.isNull())
             throw DbError(err::NotUpdatable,
                           QStringLiteral("Cannot update: the row of '%1' does not exist.")
                               .arg(m_tr->sources[source].qualifier),
                           m_source);
-        values << rowid;
+        values << id;
         tr.sqlite = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?")
                         .arg(tableName(m_tr->sources[source]), sets.join(QLatin1Char(',')));
         m_conn->run(tr, values);
     }
-    // The recordset shows what was written.
+    // The recordset shows what was written: a keyed one reads the row again.
+    if (m_keyed) {
+        m_cached.remove(m_pos);
+        return;
+    }
     QVector<QVariant> row;
     for (int c = 0; c < m_cursor->columns; ++c) {
         QVariant v = storedValue(m_pos, c);
@@ -876,12 +1021,11 @@ void Recordset::deleteRow()
     if (!updatable())
         readOnly(m_source);
     checkCurrent();
-    const int visible = m_cursor->columns - m_tr->hiddenColumns();
     Translation tr;
     tr.jet = m_source;
     tr.sqlite = QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(tableName(m_tr->sources[0]));
-    m_conn->run(tr, {storedValue(m_pos, visible)});
-    m_rows->markDeleted(m_pos - m_cursor->base);
+    m_conn->run(tr, {rowid(m_pos, 0)});
+    m_deleted.insert(m_pos);
 }
 
 } // namespace vd::db

@@ -6,8 +6,11 @@
 #include "catalogue/DaoTypes.h"
 #include "catalogue/DbError.h"
 
+#include <QHash>
+#include <QSet>
 #include <QVariant>
 #include <QVector>
+#include <vector>
 #include <memory>
 
 namespace vd::db {
@@ -85,12 +88,16 @@ private:
     friend class QueryDef;
     Recordset(std::shared_ptr<Connection> conn, const QString& source,
               std::shared_ptr<const Translation> translation, const QVector<QVariant>& params,
-              RecordsetType type);
+              RecordsetType type, int options);
     void start();
     bool fetchTo(qint64 index); // reads rows until `index` exists; false when past the end
     void checkCurrent() const;
     qint64 find(const QString& criteria, qint64 from, int step);
     QVariant storedValue(qint64 row, int column) const;
+    qint64 storeIndex(qint64 row) const; // where a row's values lie, read when needed
+    void fetchBlock(qint64 row) const;
+    const QString& cursorSql() const;
+    QVariant rowid(qint64 row, int source) const;
     struct PendingEdit
     {
         int source = 0; // which table of the statement
@@ -104,6 +111,13 @@ private:
     std::shared_ptr<const Translation> m_tr;
     QVector<QVariant> m_params;
     RecordsetType m_type;
+    int m_options = 0;
+    // Keyed: the statement was read once for the rowids of its tables; rows are read again
+    // in blocks as they are wanted and kept while the cache holds them.
+    bool m_keyed = false;
+    mutable std::vector<qint64> m_keys; // rows x sources, kNullKey for a missing row
+    mutable QHash<qint64, qint64> m_cached; // row -> index in m_rows
+    QSet<qint64> m_deleted;
     struct Cursor;
     std::unique_ptr<Cursor> m_cursor;
     std::unique_ptr<RowStore> m_rows;

@@ -272,6 +272,34 @@ private slots:
                  (QStringList{"2", "4", "5", "6", "7", "8"}));
     }
 
+    void statementsThatDifferOnlyInValues()
+    {
+        // Values are taken out of the text so that such statements share their preparation;
+        // each must still give its own answer, and what shapes a statement must stay in it.
+        auto db = wordsDb();
+        for (int id = 1; id <= 10; ++id)
+            QCOMPARE(one(*db, QStringLiteral("Select N From Words where ID=%1").arg(id)).toInt(), id * 10);
+        QCOMPARE(one(*db, QStringLiteral("Select W From Words where W='apple'")).toString(), QStringLiteral("apple"));
+        QCOMPARE(one(*db, QStringLiteral("Select W From Words where W=\"zebra\"")).toString(), QStringLiteral("zebra"));
+        QCOMPARE(column(*db, QStringLiteral("Select W, N From Words where ID<4 order by 1")),
+                 (QStringList{"apple", "Banana", "cherry"}));
+        QCOMPARE(column(*db, QStringLiteral("Select W, N From Words where ID<4 order by 2 desc")),
+                 (QStringList{"cherry", "Banana", "apple"}));
+        QCOMPARE(column(*db, QStringLiteral("Select Top 2 ID From Words order by ID")).size(), 2);
+        QCOMPARE(column(*db, QStringLiteral("Select Top 5 ID From Words order by ID")).size(), 5);
+        QCOMPARE(column(*db, QStringLiteral("Select ID From Words group by ID, N having N > 80 order by 1")),
+                 (QStringList{"9", "10"}));
+        auto rs = db->openRecordset(QStringLiteral("Select W As 'Word', 7 As [Seven] From Words where ID=2"),
+                                    RecordsetType::Snapshot);
+        QCOMPARE(rs->field(0).name, QStringLiteral("Word"));
+        QCOMPARE(rs->value(1).toInt(), 7);
+        QCOMPARE(one(*db, QStringLiteral("Select W From Words where W like '5#%' or W like 'B1#'")).toString(),
+                 QStringLiteral("50%"));
+        QCOMPARE(one(*db, QStringLiteral("Select Count(*) From Words where D is null and ID>=#01/01/1900#")).toInt(), 0);
+        // Text that looks like numbers and dates stays text.
+        QCOMPARE(one(*db, QStringLiteral("Select '007' & '#1#' As V")).toString(), QStringLiteral("007#1#"));
+    }
+
     void errorsCarryTheStatement()
     {
         auto db = wordsDb();
