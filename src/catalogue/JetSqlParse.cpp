@@ -45,6 +45,31 @@ bool isWordChar(QChar c)
            c.unicode() > 127;
 }
 
+// Where a number that starts at `i` ends: digits, a point and digits, an exponent.
+int numberEnd(const QString& s, int i)
+{
+    const int n = int(s.size());
+    int j = i;
+    while (j < n && s[j].isDigit())
+        ++j;
+    if (j < n && s[j] == QLatin1Char('.')) {
+        ++j;
+        while (j < n && s[j].isDigit())
+            ++j;
+    }
+    if (j < n && (s[j] == QLatin1Char('e') || s[j] == QLatin1Char('E'))) {
+        int k = j + 1;
+        if (k < n && (s[k] == QLatin1Char('+') || s[k] == QLatin1Char('-')))
+            ++k;
+        if (k < n && s[k].isDigit()) {
+            while (k < n && s[k].isDigit())
+                ++k;
+            j = k;
+        }
+    }
+    return j;
+}
+
 class Lexer
 {
 public:
@@ -107,24 +132,7 @@ public:
                                        !(out.size() && (out.back().kind == Tok::Word ||
                                                         out.back().kind == Tok::Quoted)))) {
                 t.kind = Tok::Number;
-                int j = i;
-                while (j < n && m_s[j].isDigit())
-                    ++j;
-                if (j < n && m_s[j] == QLatin1Char('.')) {
-                    ++j;
-                    while (j < n && m_s[j].isDigit())
-                        ++j;
-                }
-                if (j < n && (m_s[j] == QLatin1Char('e') || m_s[j] == QLatin1Char('E'))) {
-                    int k = j + 1;
-                    if (k < n && (m_s[k] == QLatin1Char('+') || m_s[k] == QLatin1Char('-')))
-                        ++k;
-                    if (k < n && m_s[k].isDigit()) {
-                        while (k < n && m_s[k].isDigit())
-                            ++k;
-                        j = k;
-                    }
-                }
+                int j = numberEnd(m_s, i);
                 // A name may begin with digits after a point ("T.1st"); keep it a word then.
                 if (j < n && isWordChar(m_s[j]) && !m_s[j].isDigit()) {
                     t.kind = Tok::Word;
@@ -968,28 +976,7 @@ QString extractLiterals(const QString& sql, QVector<QVariant>& literals)
         }
         if (c.isDigit() || (c == QLatin1Char('.') && i + 1 < n && sql[i + 1].isDigit())) {
             // A number, unless it is the tail of a name ("T.1st") or follows a point of one.
-            int j = i;
-            while (j < n && sql[j].isDigit())
-                ++j;
-            if (j < n && sql[j] == QLatin1Char('.') && (c != QLatin1Char('.'))) {
-                ++j;
-                while (j < n && sql[j].isDigit())
-                    ++j;
-            } else if (c == QLatin1Char('.')) {
-                ++j;
-                while (j < n && sql[j].isDigit())
-                    ++j;
-            }
-            if (j < n && (sql[j] == QLatin1Char('e') || sql[j] == QLatin1Char('E'))) {
-                int k = j + 1;
-                if (k < n && (sql[k] == QLatin1Char('+') || sql[k] == QLatin1Char('-')))
-                    ++k;
-                if (k < n && sql[k].isDigit()) {
-                    while (k < n && sql[k].isDigit())
-                        ++k;
-                    j = k;
-                }
-            }
+            const int j = numberEnd(sql, i);
             const bool afterPoint = i > 0 && sql[i - 1] == QLatin1Char('.');
             const bool nameTail = j < n && isWordChar(sql[j]);
             const QString text = sql.mid(i, j - i);
