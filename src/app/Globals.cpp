@@ -6,6 +6,7 @@
 
 namespace vd::app {
 
+bool gPortable = true;
 QString gAppPath;
 QString gIniFile;
 QString gVersion = programVersion() + QStringLiteral(" Portable");

@@ -10,6 +10,7 @@ class Database;
 
 namespace vd::app {
 
+extern bool gPortable;        // always true: the only effect is " Portable" in gVersion
 extern QString gAppPath;      // program folder, with a trailing "/"
 extern QString gIniFile;      // gAppPath + "Vellumdock.ini"
 extern QString gVersion;      // "3.5 Portable"

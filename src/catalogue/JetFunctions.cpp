@@ -13,61 +13,105 @@ namespace vd::db {
 
 // --- the routines themselves, usable without the engine ------------------------------------
 
+namespace {
+
+bool isValBlank(QChar c)
+{
+    return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\n') ||
+           c == QLatin1Char('\r');
+}
+
+// The characters Val looks at: everything but blanks.
+QString withoutBlanks(QStringView text)
+{
+    QString s;
+    s.reserve(text.size());
+    for (QChar c : text) {
+        if (!isValBlank(c))
+            s.append(c);
+    }
+    return s;
+}
+
+// The value of a digit in bases up to 16, or 16 for a character that is none.
+int digitValue(QChar c)
+{
+    const char16_t u = QChar::toUpper(c.unicode());
+    if (u >= u'0' && u <= u'9')
+        return u - u'0';
+    if (u >= u'A' && u <= u'F')
+        return u - u'A' + 10;
+    return 16;
+}
+
+double radixVal(QStringView digits, int radix)
+{
+    double v = 0;
+    for (QChar c : digits) {
+        const int d = digitValue(c);
+        if (d >= radix)
+            break;
+        v = v * radix + d;
+    }
+    return v;
+}
+
+// The length of the leading decimal number of `s` (sign, digits, point, exponent).
+qsizetype decimalLength(const QString& s)
+{
+    qsizetype i = 0;
+    if (i < s.size() && (s[i] == QLatin1Char('+') || s[i] == QLatin1Char('-')))
+        ++i;
+    bool digits = false;
+    while (i < s.size() && s[i].isDigit() && s[i].unicode() < 128) {
+        ++i;
+        digits = true;
+    }
+    if (i < s.size() && s[i] == QLatin1Char('.')) {
+        ++i;
+        while (i < s.size() && s[i].isDigit() && s[i].unicode() < 128) {
+            ++i;
+            digits = true;
+        }
+    }
+    if (!digits)
+        return 0;
+    if (i < s.size() &&
+        (s[i].toUpper() == QLatin1Char('E') || s[i].toUpper() == QLatin1Char('D'))) {
+        qsizetype j = i + 1;
+        if (j < s.size() && (s[j] == QLatin1Char('+') || s[j] == QLatin1Char('-')))
+            ++j;
+        const qsizetype firstDigit = j;
+        while (j < s.size() && s[j].isDigit() && s[j].unicode() < 128)
+            ++j;
+        if (j > firstDigit)
+            i = j;
+    }
+    return i;
+}
+
+} // namespace
+
 QVariant vbVal(const QString& text)
 {
     // Val reads a number from the start of a text, passing over blanks anywhere in it.
-    QString digits;
-    for (QChar c : text)
-        if (c != QLatin1Char(' ') && c != QLatin1Char('\t') && c != QLatin1Char('\n') &&
-            c != QLatin1Char('\r'))
-            digits += c;
-    if (digits.startsWith(QLatin1String("&H"), Qt::CaseInsensitive) ||
-        digits.startsWith(QLatin1String("&O"), Qt::CaseInsensitive)) {
-        const int base = digits[1].toUpper() == QLatin1Char('H') ? 16 : 8;
-        int end = 2;
-        while (end < digits.size() && QStringLiteral("0123456789abcdefABCDEF")
-                                          .left(base == 16 ? 22 : 8)
-                                          .contains(digits[end]))
-            ++end;
-        bool ok = false;
-        const qlonglong v = digits.mid(2, end - 2).toLongLong(&ok, base);
-        return ok ? QVariant(v) : QVariant(0);
+    const QString s = withoutBlanks(text);
+    if (s.startsWith(QLatin1String("&H"), Qt::CaseInsensitive) ||
+        s.startsWith(QLatin1String("&O"), Qt::CaseInsensitive)) {
+        const double v = radixVal(QStringView(s).mid(2), s[1].toUpper() == QLatin1Char('H') ? 16 : 8);
+        return v < 9.0e18 ? QVariant(qlonglong(v)) : QVariant(v);
     }
-    int i = 0;
-    if (i < digits.size() && (digits[i] == QLatin1Char('+') || digits[i] == QLatin1Char('-')))
-        ++i;
-    const int intStart = i;
-    while (i < digits.size() && digits[i].isDigit())
-        ++i;
-    bool isInt = true;
-    if (i < digits.size() && digits[i] == QLatin1Char('.')) {
-        isInt = false;
-        ++i;
-        while (i < digits.size() && digits[i].isDigit())
-            ++i;
-    }
-    if (i == intStart || (i == intStart + 1 && !isInt && digits[intStart] == QLatin1Char('.')))
-        return QVariant(0);
-    if (i < digits.size() && (digits[i].toUpper() == QLatin1Char('E') || digits[i].toUpper() == QLatin1Char('D'))) {
-        int k = i + 1;
-        if (k < digits.size() && (digits[k] == QLatin1Char('+') || digits[k] == QLatin1Char('-')))
-            ++k;
-        if (k < digits.size() && digits[k].isDigit()) {
-            while (k < digits.size() && digits[k].isDigit())
-                ++k;
-            isInt = false;
-            i = k;
-        }
-    }
-    QString number = digits.left(i);
-    number.replace(QLatin1Char('D'), QLatin1Char('E')).replace(QLatin1Char('d'), QLatin1Char('E'));
-    if (isInt) {
-        bool ok = false;
-        const qlonglong v = number.toLongLong(&ok);
-        if (ok)
-            return QVariant(v);
-    }
-    return QVariant(number.toDouble());
+    const qsizetype n = decimalLength(s);
+    if (n == 0)
+        return QVariant(qlonglong(0));
+    QString number = s.left(n);
+    bool ok = false;
+    const qlonglong whole = number.toLongLong(&ok);
+    if (ok)
+        return QVariant(whole);
+    number.replace(QLatin1Char('d'), QLatin1Char('e')).replace(QLatin1Char('D'), QLatin1Char('e'));
+    const double v = number.toDouble(&ok);
+    return ok && std::isfinite(v) ? QVariant(v) : QVariant(qlonglong(0));
 }
 
 namespace {

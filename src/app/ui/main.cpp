@@ -1,7 +1,7 @@
-// The window front end: finds the program folder, installs the Qt dialogs and shows the main
-// window.
+// The window front end, Main: the program folder, the Qt dialogs, then the main window.
 
-#include "app/ui/MainWindow.h"
+#include "app/Globals.h"
+#include "browser/ui/frmMain.h"
 #include "platform/DialogService.h"
 #include "platform/ProgramFolder.h"
 #include "platform/ui/QtDialogService.h"
@@ -16,18 +16,31 @@ int main(int argc, char* argv[])
     vd::platform::QtDialogService dialogService;
     vd::platform::setDialogService(&dialogService);
 
+    // Main, in its designed order: portable, the hourglass until the first activation has run,
+    // the program folder and the settings file's path, the version, then the window.
+    vd::app::gPortable = true;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
     const vd::platform::HomeOption home = vd::platform::takeHomeOption(app.arguments());
     QString error = QStringLiteral("--home needs a folder.");
     if (home.missingValue ||
         !vd::platform::initProgramFolder(home.home, QApplication::applicationDirPath(), &error)) {
+        QApplication::restoreOverrideCursor();
         vd::platform::dialogs().msgBox(error, vd::platform::vbCritical);
         vd::platform::setDialogService(nullptr);
         return 1;
     }
+    vd::app::gVersion =
+        vd::app::programVersion() + (vd::app::gPortable ? QStringLiteral(" Portable") : QString());
 
-    vd::app::MainWindow window;
-    window.show();
-    const int result = QApplication::exec();
+    int result = 0;
+    {
+        vd::browser::frmMain window;
+        window.show();
+        result = QApplication::exec();
+        // A session that ends without the window being closed still closes it properly.
+        if (!window.unloaded())
+            window.close();
+    }
     vd::platform::setDialogService(nullptr);
     return result;
 }

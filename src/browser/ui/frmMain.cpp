@@ -1,0 +1,293 @@
+// frmMain: the load, the first activation and the closing of the main window.
+
+#include "browser/ui/frmMain.h"
+
+#include "app/Globals.h"
+#include "app/Settings.h"
+#include "app/SettingsWriter.h"
+#include "app/Startup.h"
+#include "app/Translate.h"
+#include "app/ui/WindowGeometry.h"
+#include "catalogue/Catalogue.h"
+#include "catalogue/DbError.h"
+#include "platform/DialogService.h"
+
+#include <cmath>
+#include <exception>
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFrame>
+#include <QProgressDialog>
+#include <QSplitter>
+#include <QTimer>
+#include <QToolBar>
+
+namespace vd::browser {
+
+using app::Translate;
+
+frmMain::frmMain(QWidget* parent) : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setMinimumSize(int(std::ceil(kMinWidthTwips / app::kTwipsPerPixel)),
+                   int(std::ceil(kMinHeightTwips / app::kTwipsPerPixel)));
+    buildMenus();
+    buildToolbar();
+    buildPanes();
+    buildStatusBar();
+    connectCommands();
+    sSearchText = QStringList{QString(), QString(), QString(), QStringLiteral("0")};
+    Form_Load();
+}
+
+frmMain::~frmMain()
+{
+    app::releaseCbmFont(m_font);
+}
+
+void frmMain::Form_Load()
+{
+    try {
+        loadSteps();
+    } catch (const db::DbError& e) {
+        platform::dialogs().msgBox(
+            QStringLiteral("Load error: %1-%2").arg(e.number()).arg(e.description()));
+    } catch (const std::exception& e) {
+        platform::dialogs().msgBox(QStringLiteral("Load error: 0-") +
+                                   QString::fromLocal8Bit(e.what()));
+    }
+    enableByCatalogue();
+    showCaption();
+}
+
+// The steps of the load, in their designed order. The keys are read by loadSettings() at
+// once; each step below applies its part.
+void frmMain::loadSteps()
+{
+    app::loadSettings();
+    setupFont();                             // 1, 2
+    QPalette preview = Container->palette(); // 3: the preview pane takes the background colour
+    const qint64 back = app::gPreviewBackColor;
+    preview.setColor(QPalette::Window,
+                     QColor(int(back & 0xFF), int((back >> 8) & 0xFF), int((back >> 16) & 0xFF)));
+    Container->setPalette(preview);
+    bFirstActivate = true;              // 4
+    createFileManager();                // 5
+    if (!QDir(app::gTempPath).exists()) // 6: Lang and Tools are never created
+        QDir().mkpath(app::gTempPath);
+    // 7, 8: the white toolbar and its images are made with the toolbar.
+    arrangeRecentMenus();       // 9 to 11: the version and the recent lists were read with the keys
+    loadGameBaseSettings();     // 12
+    loadLanguageMenu();         // 13
+    SetupLanguage();            // 14
+    setupSideLists();           // 15
+    loadCatalogueFilters();     // 16
+    loadGameBaseFilters();      // 17
+    iViewMode = app::gViewMode; // 18
+    m_entries.value(QStringLiteral("mnuTreeOhnePlusMinus"))->setChecked(app::gTreeSubItems); // 19
+    m_entries.value(QStringLiteral("mnuPreview"))->setChecked(app::gPreview);
+    m_entries.value(QStringLiteral("mnuOpenPreview"))->setChecked(app::gPreviewWindow);
+    // 20: the four layouts and the list's columns live in app::gListLayouts, gMainListColumns.
+    loadEmulatorsAndProfiles(); // 21
+    loadExtensionProfiles();    // 22
+    // 23: gArchiveExtensions was set with the keys.
+    app::RestoreWindowPos(*this, app::FormDesign{QStringLiteral("frmMain"), kDesignWidthTwips,
+                                                 kDesignHeightTwips, false});   // 24
+    m_entries.value(QStringLiteral("mnuHideTree"))->setChecked(app::gHideTree); // 25
+    treeMain->setVisible(!app::gHideTree);
+    m_entries.value(QStringLiteral("mnuToggleToolbar"))->setChecked(app::gShowToolbar);
+    tlbMain->setVisible(app::gShowToolbar);
+    setupImageLists(); // 26
+    // 27: the splitters take their positions when the window has its size (showEvent).
+    Container->setVisible(app::gPreview);
+    moTimer = new QTimer(this); // 28
+    moTimer->setInterval(800);
+    connect(moTimer, &QTimer::timeout, this, &frmMain::moTimer_Timer);
+}
+
+void frmMain::setupFont()
+{
+    m_font = app::resolveCbmFont(app::gFontName, app::gToolsPath + QStringLiteral("CBM.ttf"));
+    app::gFontName = m_font.name;
+    // gFontSize is held to 6..20 as it is read.
+}
+
+void frmMain::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (!m_splitsApplied)
+        applySplitPositions();
+    if (bFirstActivate && !m_unloaded)
+        QTimer::singleShot(0, this, &frmMain::Form_Activate);
+}
+
+void frmMain::Form_Activate()
+{
+    if (!bFirstActivate || m_unloaded || m_activating)
+        return;
+    m_activating = true;
+    QCoreApplication::processEvents(); // the window is drawn first
+    m_activating = false;
+    bool ok = false;
+    app::CleanTempFolder(ok);
+    if (!ok) {
+        // The user gave up: the program ends, and as the first activation did not finish,
+        // nothing is saved.
+        app::gDatabasePath.clear();
+        endWaitCursor();
+        close();
+        return;
+    }
+    if (!app::gDatabasePath.isEmpty()) {
+        bool opened = false;
+        OpenCatalogue(app::gDatabasePath, opened);
+        if (!opened)
+            app::gDatabasePath.clear();
+        endWaitCursor();
+    } else {
+        endWaitCursor();
+        if (app::isFirstRun())
+            showFirstRunWizard();
+    }
+    bFirstActivate = false;
+    showCaption();
+}
+
+void frmMain::endWaitCursor()
+{
+    if (QApplication::overrideCursor())
+        QApplication::restoreOverrideCursor();
+}
+
+void frmMain::closeEvent(QCloseEvent* event)
+{
+    if (!m_unloaded) {
+        Form_QueryUnload();
+        Form_Unload();
+        m_unloaded = true;
+    }
+    event->accept();
+}
+
+void frmMain::Form_QueryUnload()
+{
+    closeSideWindows();
+    // From here on errors are ignored: the closing goes on.
+    try {
+        catalogue::CloseCatalogue();
+        if (m_entries.value(QStringLiteral("mnuCompactDB"))->isChecked() &&
+            !app::gDatabasePath.isEmpty())
+            compactAtExit();
+    } catch (...) {
+    }
+}
+
+void frmMain::compactAtExit()
+{
+    setUpdatesEnabled(false);
+    treeMain->hide();
+    QProgressDialog progress(Translate(QStringLiteral("Datenbank wird komprimiert...")), QString(),
+                             0, 0, this);
+    progress.setWindowModality(Qt::ApplicationModal);
+    progress.setMinimumDuration(0);
+    progress.show();
+    QCoreApplication::processEvents();
+    catalogue::CompactCatalogue();
+    progress.close();
+    setUpdatesEnabled(true);
+}
+
+void frmMain::Form_Unload()
+{
+    if (moTimer) {
+        moTimer->stop();
+        delete moTimer;
+        moTimer = nullptr;
+    }
+    if (!bFirstActivate) {
+        app::SaveWindowPos(*this, QStringLiteral("frmMain"));
+        storeSettingsOfWindow();
+        app::writeSettings();
+    }
+    app::releaseCbmFont(m_font);
+}
+
+// What the window holds goes back into the settings globals before they are written.
+void frmMain::storeSettingsOfWindow()
+{
+    app::gHideTree = m_entries.value(QStringLiteral("mnuHideTree"))->isChecked();
+    app::gShowToolbar = m_entries.value(QStringLiteral("mnuToggleToolbar"))->isChecked();
+    app::gTreeSubItems = m_entries.value(QStringLiteral("mnuTreeOhnePlusMinus"))->isChecked();
+    app::gPreview = m_entries.value(QStringLiteral("mnuPreview"))->isChecked();
+    app::gPreviewWindow = m_entries.value(QStringLiteral("mnuOpenPreview"))->isChecked();
+    app::gViewMode = iViewMode;
+    if (m_splitsApplied) {
+        app::gMenuSplitPos = splitPosition(splitMenu, app::gMenuSplitPos);
+        app::gPreviewSplitPos = splitPosition(splitPreview, app::gPreviewSplitPos);
+        app::gListSplitPos = splitPosition(splitList, app::gListSplitPos);
+    }
+    SaveColumnLayout();
+}
+
+// ---- Places of later work, called in the designed order -------------------------------------
+
+// Load step 5: the importer object gFileManager is made here by the import subsystem.
+void frmMain::createFileManager() {}
+
+// Load step 12: the keys of GAMEBASE are read here by the GameBase connection. Until then the
+// section passes through the settings file unchanged.
+void frmMain::loadGameBaseSettings() {}
+
+// Load step 13: the entries of mnuLang, one for each language file in gLangPath, are added
+// here with the language files. Until then German is the one language.
+void frmMain::loadLanguageMenu()
+{
+    m_entries.value(QStringLiteral("mnuLang"))->setChecked(true);
+}
+
+// Load step 14 and each change of language: checking LanguageFile, loading it, the translated
+// global words and the translation of the open forms come with the language files.
+void frmMain::SetupLanguage() {}
+
+// Load step 15: lvViews, lvSearch, lvStart and lvFilter get their rows with the catalogue
+// browser's side lists, in fraMain above and below the search boxes.
+void frmMain::setupSideLists() {}
+
+// Load step 16: the catalogue filters of MAIN, the default filters and "Bilder" for files
+// older than 3.4, CreateFilter and LastFilterRow come with the filters.
+void frmMain::loadCatalogueFilters() {}
+
+// Load step 17: the GameBase filters come with the GameBase views.
+void frmMain::loadGameBaseFilters() {}
+
+// Load step 21: emulators and profiles with their migrations, and the default emulators when
+// no profile exists, come with the launcher.
+void frmMain::loadEmulatorsAndProfiles() {}
+
+// Load step 22: the profile of each start extension and the rows of lvStart come with the
+// launcher.
+void frmMain::loadExtensionProfiles() {}
+
+// Load step 26: the image list imgMain of treeMain, lstMain and lstMainFiles comes with those
+// controls.
+void frmMain::setupImageLists() {}
+
+// First activation, step 4: on a first run the set-up wizard frmWizard is shown here, modal,
+// with this window as owner. Until the wizard exists the window stays empty and waiting.
+void frmMain::showFirstRunWizard()
+{
+    m_firstRunSeen = true;
+}
+
+// Closing, steps 1, 3 and 4: frmGB, frmPreview and frmFlipList are unloaded, the tree's root
+// is selected again when more than one item is selected, and the GameBase is closed here by
+// the subsystems that own them.
+void frmMain::closeSideWindows() {}
+
+// The column layout of the visible list goes into gListLayouts and gMainListColumns here,
+// with the view builder's lists.
+void frmMain::SaveColumnLayout() {}
+
+} // namespace vd::browser
