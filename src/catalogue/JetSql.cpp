@@ -648,8 +648,10 @@ private:
         if (op == QLatin1String("IMP"))
             return QStringLiteral("((NOT %1) OR %2)").arg(a, b);
         // Jet compares text without regard to case. Text columns carry that themselves; a
-        // comparison of two expressions ("right(FileName,11)='X.ZIP'") is told so here.
-        if (!isColumn(n->kids[0]) && !isColumn(n->kids[1]))
+        // comparison of two expressions ("right(FileName,11)='X.ZIP'") is told so here, and
+        // so is every comparison of criteria, whose columns may be expressions underneath.
+        if ((m_caseFree && isComparison(op) && !isNumber(n->kids[0]) && !isNumber(n->kids[1])) ||
+            (!isColumn(n->kids[0]) && !isColumn(n->kids[1])))
             return QStringLiteral("(%1 %2 %3 COLLATE NOCASE)").arg(a, op, b);
         return QStringLiteral("(%1 %2 %3)").arg(a, op, b);
     }
@@ -660,7 +662,21 @@ private:
     }
     QString caseFree(const JetNodeP& n)
     {
-        return isColumn(n) ? expr(n) : expr(n) + QStringLiteral(" COLLATE NOCASE");
+        return isColumn(n) && !m_caseFree ? expr(n) : expr(n) + QStringLiteral(" COLLATE NOCASE");
+    }
+
+    // A number compares by value whatever the collation, and leaves indexes usable.
+    static bool isNumber(const JetNodeP& n)
+    {
+        if (n->kind == JetNode::Unary && n->text == QLatin1String("-"))
+            return isNumber(n->kids[0]);
+        return n->kind == JetNode::Number || n->kind == JetNode::Boolean;
+    }
+
+    static bool isComparison(const QString& op)
+    {
+        return op == QLatin1String("=") || op == QLatin1String("<>") || op == QLatin1String("<") ||
+               op == QLatin1String(">") || op == QLatin1String("<=") || op == QLatin1String(">=");
     }
 
     static QString truth(const QString& e) { return QStringLiteral("(%1)<>0").arg(e); }
@@ -744,6 +760,7 @@ private:
 public:
     Translation* m_editable = nullptr; // set when the rows will be written
     int m_literalBase = 0;             // literals are numbered behind the parameters
+    bool m_caseFree = false;           // every comparison without regard to case
 
 private:
     TranslationContext& m_ctx;
@@ -785,6 +802,128 @@ bool keyable(const FromItemP& f)
         return false;
     }
     return false;
+}
+
+// --- the statements behind a big recordset ------------------------------------------------
+
+bool mentions(const JetNodeP& n, const std::function<bool(const JetNode&)>& test)
+{
+    if (!n)
+        return false;
+    if (test(*n))
+        return true;
+    for (const JetNodeP& k : n->kids)
+        if (mentions(k, test))
+            return true;
+    return false;
+}
+
+// ORDER BY items that point into the select list (a column number, a column's alias) take
+// that column's expression, so that the order holds under another select list. False when an
+// item cannot be written so.
+bool resolveOrder(SelectCore& c)
+{
+    auto aliasOf = [&](const QString& name) -> const SelectItem* {
+        for (const SelectItem& item : c.items)
+            if (!item.alias.isEmpty() && item.alias.compare(name, Qt::CaseInsensitive) == 0)
+                return &item;
+        return nullptr;
+    };
+    for (OrderItem& o : c.orderBy) {
+        const JetNodeP e = o.expr;
+        if (e->kind == JetNode::Number) {
+            bool ok = false;
+            const int n = e->text.toInt(&ok);
+            if (e->literal >= 0 || !ok || n < 1 || n > int(c.items.size()))
+                return false;
+            for (const SelectItem& item : c.items)
+                if (item.expr->kind == JetNode::Star)
+                    return false;
+            o.expr = c.items[size_t(n - 1)].expr;
+        } else if (e->kind == JetNode::Name && e->param < 0 && e->parts.size() == 1 &&
+                   aliasOf(e->parts[0])) {
+            o.expr = aliasOf(e->parts[0])->expr;
+        } else if (mentions(e, [&](const JetNode& k) {
+                       return k.kind == JetNode::Name && k.param < 0 && k.parts.size() == 1 &&
+                              aliasOf(k.parts[0]);
+                   })) {
+            return false;
+        }
+        if (o.expr->kind == JetNode::Number) // a constant would read as a column number
+            return false;
+    }
+    return true;
+}
+
+QString keyStatement(TranslationContext& ctx, const QString& jetSql, const SelectStmt& st,
+                     int literalBase, const QString& qualifier)
+{
+    SelectStmt keyed = st;
+    SelectCore& c = keyed.cores[0];
+    if (!resolveOrder(c))
+        return {};
+    auto id = std::make_shared<JetNode>();
+    id->kind = JetNode::Name;
+    id->parts = {qualifier, QStringLiteral("rowid")};
+    c.items = {SelectItem{id, QString()}};
+    // Without an order the rows come as the table lies, as the whole statement reads them;
+    // left alone, the engine would read the keys from whatever index is smallest.
+    if (c.orderBy.empty())
+        c.orderBy.push_back(OrderItem{id, false});
+    Writer w(ctx, jetSql);
+    w.m_literalBase = literalBase;
+    return w.select(keyed, false);
+}
+
+// The column of `table` that an ON clause "x = table.column" compares, "" for any other join.
+QString equalityColumn(const FromItem& join, const FromItem& table)
+{
+    if ((join.joinType != QLatin1String("LEFT") && join.joinType != QLatin1String("INNER")) ||
+        !join.on || join.on->kind != JetNode::Binary || join.on->text != QLatin1String("="))
+        return {};
+    const QString q = table.alias.isEmpty() ? table.table : table.alias;
+    auto ofTable = [&](const JetNode& k) {
+        return k.kind == JetNode::Name && k.param < 0 && k.parts.size() >= 2 &&
+               k.parts[k.parts.size() - 2].compare(q, Qt::CaseInsensitive) == 0;
+    };
+    for (int side = 0; side < 2; ++side) {
+        const JetNodeP& mine = join.on->kids[size_t(side)];
+        const JetNodeP& other = join.on->kids[size_t(1 - side)];
+        if (ofTable(*mine) && !mentions(other, ofTable))
+            return mine->parts.back();
+    }
+    return {};
+}
+
+int tableCount(const FromItemP& f)
+{
+    if (!f)
+        return 0;
+    if (f->kind == FromItem::Join)
+        return tableCount(f->left) + tableCount(f->right);
+    if (f->kind == FromItem::Paren)
+        return tableCount(f->left);
+    return f->kind == FromItem::Table ? 1 : 0;
+}
+
+void joinColumns(const FromItemP& f, QStringList& out)
+{
+    if (!f || f->kind == FromItem::Table || f->kind == FromItem::Subquery)
+        return;
+    if (f->kind == FromItem::Paren) {
+        joinColumns(f->left, out);
+        return;
+    }
+    joinColumns(f->left, out);
+    FromItemP right = f->right;
+    while (right->kind == FromItem::Paren)
+        right = right->left;
+    if (right->kind == FromItem::Table) {
+        out << equalityColumn(*f, *right);
+        return;
+    }
+    for (int i = tableCount(right); i > 0; --i)
+        out << QString();
 }
 
 QString deleteStatement(Writer& w, const JetStatement& st)
@@ -910,6 +1049,17 @@ std::shared_ptr<const Translation> translateJet(const QString& jetSql, const QSt
             pw.m_literalBase = w.m_literalBase;
             tr->pageSql = pw.select(page, true);
 
+            tr->keySql =
+                keyStatement(ctx, jetSql, *st.select, w.m_literalBase, tr->sources[0].qualifier);
+            joinColumns(st.select->cores[0].from, tr->joinColumns);
+            SelectStmt scan = *st.select;
+            if (scan.cores[0].top.isEmpty())
+                scan.cores[0].orderBy.clear();
+            Translation scanShape;
+            Writer sw(ctx, jetSql);
+            sw.m_editable = &scanShape;
+            sw.m_literalBase = w.m_literalBase;
+            tr->scanSql = sw.select(scan, true);
         }
         break;
     }
@@ -941,6 +1091,25 @@ std::shared_ptr<const Translation> translateJet(const QString& jetSql, const QSt
     }
     }
     return tr;
+}
+
+QString translateCriteria(const QString& criteria, TranslationContext& ctx,
+                          const std::function<QString(const QStringList&)>& column)
+{
+    JetNodeP expr = parseJetExpression(criteria);
+    std::function<void(const JetNodeP&)> rename = [&](const JetNodeP& n) {
+        if (n->kind == JetNode::Name && n->param < 0)
+            n->parts = {column(n->parts)};
+        if (n->select)
+            throw DbError(err::SyntaxError, QStringLiteral("A criterion cannot hold a subquery."),
+                          criteria);
+        for (const JetNodeP& k : n->kids)
+            rename(k);
+    };
+    rename(expr);
+    Writer w(ctx, criteria);
+    w.m_caseFree = true;
+    return w.expr(expr);
 }
 
 } // namespace vd::db

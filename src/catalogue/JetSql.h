@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QVariant>
 #include <QVector>
+#include <functional>
 #include <memory>
 
 namespace vd::db {
@@ -52,6 +53,17 @@ struct Translation
     // rowid is one of kPageKeys parameters, numbered behind the declared ones.
     QString pageSql;
     static constexpr int kPageKeys = 64;
+
+    // The same rows' first rowids alone, in the statement's order: when every table behind the
+    // first is joined on a unique column, this is all a big recordset needs to read at first.
+    // Empty when the order cannot be written without the select list.
+    QString keySql;
+    // For each table behind the first, the column of that table that its ON clause compares
+    // for equality; "" when its join is of another kind.
+    QStringList joinColumns;
+    // The rows with their rowids but without the statement's order (unless TOP needs it):
+    // what Find criteria are run over.
+    QString scanSql;
 };
 
 // Translates one statement; throws DbError(err::SyntaxError) with the statement on failure.
@@ -60,6 +72,12 @@ struct Translation
 std::shared_ptr<const Translation> translateJet(const QString& jetSql, const QString& shape,
                                                 int literalCount, TranslationContext& ctx,
                                                 bool withRowid);
+
+// Find criteria ("[File] like 'x*' And ID>5") as an SQLite condition over the columns of a
+// recordset's statement. `column` names the column a field reference means (and throws for an
+// unknown one); texts compare without regard to case.
+QString translateCriteria(const QString& criteria, TranslationContext& ctx,
+                          const std::function<QString(const QStringList&)>& column);
 
 // The stored text of a date: "YYYY-MM-DD HH:MM:SS".
 QString dateToStorage(const QDateTime& dt);

@@ -10,6 +10,7 @@
 #include <QVarLengthArray>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -395,13 +396,26 @@ Recordset::~Recordset()
 void Recordset::start()
 {
     m_cursor = std::make_unique<Cursor>();
-    m_cursor->stmt = m_conn->prepare(m_tr->sqlite, m_source);
+    m_keyed = !m_tr->pageSql.isEmpty() && m_type != RecordsetType::ForwardOnly;
+    m_keysOnly = m_keyed && !m_tr->keySql.isEmpty() && joinsAreUnique();
+    m_keyWidth = m_keysOnly ? 1 : (m_keyed ? m_tr->hiddenColumns() : 0);
+    m_cursor->stmt = m_conn->prepare(cursorSql(), m_source);
     bindParameters(m_cursor->stmt, m_params);
-    sqlite3_stmt* st = m_cursor->stmt;
+    // The columns are those of the statement, which is not run when only its keys are read.
+    sqlite3_stmt* st = m_keysOnly ? m_conn->prepare(m_tr->sqlite, m_source) : m_cursor->stmt;
+    struct Release
+    {
+        Recordset* rs;
+        sqlite3_stmt* st;
+        ~Release()
+        {
+            if (rs->m_keysOnly)
+                rs->m_conn->release(st, rs->m_tr->sqlite);
+        }
+    } release{this, st};
     m_cursor->columns = sqlite3_column_count(st);
     const int visible = m_cursor->columns - m_tr->hiddenColumns();
     m_rows = std::make_unique<RowStore>(m_cursor->columns);
-    m_keyed = !m_tr->pageSql.isEmpty() && m_type != RecordsetType::ForwardOnly;
     m_keys.clear();
     m_cached.clear();
     m_deleted.clear();
@@ -453,7 +467,9 @@ bool Recordset::fetchTo(qint64 index)
     while (c.fetched <= index && !m_atEnd) {
         const int rc = sqlite3_step(c.stmt);
         if (rc == SQLITE_ROW) {
-            if (m_keyed) {
+            if (m_keysOnly) {
+                m_keys.push_back(sqlite3_column_int64(c.stmt, 0));
+            } else if (m_keyed) {
                 // Every row leaves its rowids; the first ones their values too.
                 const int n = m_tr->hiddenColumns();
                 for (int k = c.columns - n; k < c.columns; ++k) {
@@ -581,13 +597,13 @@ qint64 Recordset::storeIndex(qint64 row) const
 
 const QString& Recordset::cursorSql() const
 {
-    return m_tr->sqlite;
+    return m_keysOnly ? m_tr->keySql : m_tr->sqlite;
 }
 
 QVariant Recordset::rowid(qint64 row, int source) const
 {
-    if (m_keyed) {
-        const qint64 k = m_keys[size_t(row * m_tr->hiddenColumns() + source)];
+    if (m_keyed && source < m_keyWidth) {
+        const qint64 k = m_keys[size_t(row * m_keyWidth + source)];
         return k == kNullKey ? QVariant() : QVariant(k);
     }
     return storedValue(row, m_cursor->columns - m_tr->hiddenColumns() + source);
@@ -608,7 +624,7 @@ void Recordset::fetchBlock(qint64 row) const
     for (qint64 r = row; r < m_cursor->fetched; ++r) {
         if (m_cached.contains(r))
             continue;
-        const qint64 first = m_keys[size_t(r * n)];
+        const qint64 first = m_keys[size_t(r * m_keyWidth)];
         auto it = wanted.find(first);
         if (it == wanted.end()) {
             if (firstKeys.size() == Translation::kPageKeys)
@@ -639,11 +655,11 @@ void Recordset::fetchBlock(qint64 row) const
         for (qint64 r : *it) {
             // The other tables' rowids tell which of the rows with this first rowid it is.
             bool same = true;
-            for (int k = 1; k < n && same; ++k) {
+            for (int k = 1; k < m_keyWidth && same; ++k) {
                 const qint64 key = sqlite3_column_type(st, columns - n + k) == SQLITE_NULL
                                        ? kNullKey
                                        : sqlite3_column_int64(st, columns - n + k);
-                same = key == m_keys[size_t(r * n + k)];
+                same = key == m_keys[size_t(r * m_keyWidth + k)];
             }
             if (!same || m_cached.contains(r))
                 continue;
@@ -777,6 +793,12 @@ qint64 Recordset::find(const QString& criteria, qint64 from, int step)
 {
     if (!m_cursor)
         noCurrent();
+    if (m_keyed && !m_tr->scanSql.isEmpty()) {
+        // A big keyed list holds few values: the engine evaluates the criterion instead.
+        fetchTo(std::numeric_limits<qint64>::max() - 1);
+        if (m_cursor->fetched > kKeptRows)
+            return findByStatement(criteria, from, step);
+    }
     static thread_local QHash<QString, JetNodeP> parsed;
     JetNodeP expr = parsed.value(criteria);
     if (!expr) {
@@ -787,13 +809,7 @@ qint64 Recordset::find(const QString& criteria, qint64 from, int step)
     }
     qint64 row = from;
     const FieldLookup lookup = [&](const QStringList& parts) -> QVariant {
-        int i = fieldIndex(parts.join(QLatin1Char('.')));
-        if (i < 0)
-            i = fieldIndex(parts.back());
-        if (i < 0)
-            throw DbError(3070, QStringLiteral("The field '%1' is not known in this recordset.")
-                                    .arg(parts.join(QLatin1Char('.'))),
-                          criteria);
+        const int i = criteriaField(parts, criteria);
         const QVariant raw = storedValue(row, i);
         return m_fields[i].type == type::Boolean ? typed(QVariant(raw), type::Boolean) : raw;
     };
@@ -803,6 +819,90 @@ qint64 Recordset::find(const QString& criteria, qint64 from, int step)
         if (jetTruth(evalJet(*expr, lookup)))
             return row;
     }
+    return -1;
+}
+
+int Recordset::criteriaField(const QStringList& parts, const QString& criteria) const
+{
+    int i = fieldIndex(parts.join(QLatin1Char('.')));
+    if (i < 0)
+        i = fieldIndex(parts.back());
+    if (i < 0)
+        throw DbError(3070, QStringLiteral("The field '%1' is not known in this recordset.")
+                                .arg(parts.join(QLatin1Char('.'))),
+                      criteria);
+    return i;
+}
+
+bool Recordset::joinsAreUnique() const
+{
+    const QVector<Translation::Source>& sources = m_tr->sources;
+    if (m_tr->joinColumns.size() != sources.size() - 1)
+        return false;
+    try {
+        for (int i = 1; i < sources.size(); ++i) {
+            const QString& column = m_tr->joinColumns[i - 1];
+            if (column.isEmpty())
+                return false;
+            bool unique = false;
+            for (const IndexDef& ix : m_conn->tableDef(sources[i].schema, sources[i].table).indexes)
+                if ((ix.primary || ix.unique) && ix.fields.size() == 1 &&
+                    ix.fields[0].compare(column, Qt::CaseInsensitive) == 0)
+                    unique = true;
+            if (!unique)
+                return false;
+        }
+    } catch (const DbError&) {
+        return false;
+    }
+    return true;
+}
+
+qint64 Recordset::findByStatement(const QString& criteria, qint64 from, int step)
+{
+    // The rowids of the matching rows, from the rows of the statement filtered by the engine;
+    // then the first position in the keyset, in the direction asked, that holds one of them.
+    const int n = m_keyWidth;
+    QStringList keys;
+    for (int k = 0; k < n; ++k)
+        keys << QStringLiteral("\"__rowid%1\"").arg(k + 1);
+    const QString where = translateCriteria(criteria, *m_conn, [&](const QStringList& parts) {
+        return m_fields[criteriaField(parts, criteria)].name;
+    });
+    const QString sql = QStringLiteral("SELECT ") + keys.join(QLatin1Char(',')) +
+                        QStringLiteral(" FROM (") + m_tr->scanSql + QStringLiteral(") WHERE ") +
+                        where;
+    sqlite3_stmt* st = m_conn->prepare(sql, criteria);
+    bindParameters(st, m_params);
+    std::vector<qint64> hits;
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW)
+        for (int k = 0; k < n; ++k)
+            hits.push_back(sqlite3_column_type(st, k) == SQLITE_NULL ? kNullKey
+                                                                     : sqlite3_column_int64(st, k));
+    sqlite3_finalize(st); // criteria differ each time: not worth keeping
+    if (rc != SQLITE_DONE)
+        m_conn->fail(criteria);
+    if (hits.empty())
+        return -1;
+    // Matches as tuples of n rowids, sorted for binary search.
+    std::vector<size_t> order(hits.size() / size_t(n));
+    for (size_t i = 0; i < order.size(); ++i)
+        order[i] = i * size_t(n);
+    auto less = [&](const qint64* a, const qint64* b) {
+        return std::lexicographical_compare(a, a + n, b, b + n);
+    };
+    std::sort(order.begin(), order.end(),
+              [&](size_t a, size_t b) { return less(&hits[a], &hits[b]); });
+    auto matches = [&](qint64 row) {
+        const qint64* key = &m_keys[size_t(row * n)];
+        auto it = std::lower_bound(order.begin(), order.end(), key,
+                                   [&](size_t h, const qint64* k) { return less(&hits[h], k); });
+        return it != order.end() && !less(key, &hits[*it]);
+    };
+    for (qint64 row = from; row >= 0 && row < m_cursor->fetched; row += step)
+        if (!m_deleted.contains(row) && matches(row))
+            return row;
     return -1;
 }
 

@@ -93,6 +93,9 @@ private:
     bool fetchTo(qint64 index); // reads rows until `index` exists; false when past the end
     void checkCurrent() const;
     qint64 find(const QString& criteria, qint64 from, int step);
+    qint64 findByStatement(const QString& criteria, qint64 from, int step);
+    int criteriaField(const QStringList& parts, const QString& criteria) const; // throws 3070
+    bool joinsAreUnique() const;
     QVariant storedValue(qint64 row, int column) const;
     qint64 storeIndex(qint64 row) const; // where a row's values lie, read when needed
     void fetchBlock(qint64 row) const;
@@ -115,7 +118,11 @@ private:
     // Keyed: the statement was read once for the rowids of its tables; rows are read again
     // in blocks as they are wanted and kept while the cache holds them.
     bool m_keyed = false;
-    mutable std::vector<qint64> m_keys; // rows x sources, kNullKey for a missing row
+    // Only the first table's rowids were read: every other table is joined on a unique column,
+    // so they tell the rows apart alone.
+    bool m_keysOnly = false;
+    int m_keyWidth = 0;                     // rowids kept per row
+    mutable std::vector<qint64> m_keys;     // rows x m_keyWidth, kNullKey for a missing row
     mutable QHash<qint64, qint64> m_cached; // row -> index in m_rows
     QSet<qint64> m_deleted;
     struct Cursor;
