@@ -397,7 +397,9 @@ void Recordset::start()
 {
     m_cursor = std::make_unique<Cursor>();
     m_keyed = !m_tr->pageSql.isEmpty() && m_type != RecordsetType::ForwardOnly;
-    m_keysOnly = m_keyed && !m_tr->keySql.isEmpty() && joinsAreUnique();
+    // Reading the first rowids alone pays where it spares the joins; a single table is read
+    // whole, which keeps small results to one statement.
+    m_keysOnly = m_keyed && !m_tr->keySql.isEmpty() && m_tr->sources.size() > 1 && joinsAreUnique();
     m_keyWidth = m_keysOnly ? 1 : (m_keyed ? m_tr->hiddenColumns() : 0);
     m_cursor->stmt = m_conn->prepare(cursorSql(), m_source);
     bindParameters(m_cursor->stmt, m_params);
