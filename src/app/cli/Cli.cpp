@@ -1,6 +1,7 @@
 #include "app/cli/Cli.h"
 
 #include "app/cli/CatalogueCommands.h"
+#include "app/cli/ImportCommands.h"
 #include "catalogue/DbError.h"
 #include "platform/ProgramFolder.h"
 
@@ -20,6 +21,15 @@ constexpr Command kCommands[] = {
      "Runs one SQL statement on the catalogue. A query prints a line of field names and one "
      "tab-separated line per row; any other statement prints the number of rows affected.",
      2, 2, sqlCommand},
+    {"import", "CATALOGUE PATH [--refresh] [--md5]",
+     "Catalogues a folder (with its subfolders) or one file: prints each new file and message, "
+     "then the numbers of files and entries added. --refresh reads known files again, --md5 "
+     "stores MD5 sums; the importer settings of the program folder apply otherwise.",
+     2, 4, importCommand},
+    {"dir", "FILE",
+     "Prints the directory of a disk image, tape or C64 file as the preview shows it: the disk "
+     "name, then size, name and type of each entry.",
+     1, 1, dirCommand},
 };
 
 const Command* findCommand(const QString& name)

@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# run.sh [SECONDS]: builds the fuzz targets with clang in build-fuzz/, writes seed inputs made
+# by cc1541 (and the shared real files when they are there), and runs each target for SECONDS
+# (default 120). Findings are written to build-fuzz/findings/<target>/.
+set -euo pipefail
+root="$(cd "$(dirname "$0")/.." && pwd)"
+seconds="${1:-120}"
+out="$root/build-fuzz"
+if [ ! -f "$out/build.ninja" ]; then
+    CC=clang CXX=clang++ cmake -S "$root" -B "$out" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DVD_FUZZ=ON -DVD_BUILD_TESTS=OFF -DVD_BUILD_BENCH=OFF >/dev/null
+fi
+cmake --build "$out" --target fuzz_targets
+
+corpus="$out/corpus"
+mkdir -p "$corpus"/{disk_directory,tape_directory,single_file,gcr_decoder}
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+head -c 3000 /dev/urandom >"$work/a.prg"
+cc1541 -q -n "seed disk" -f "one" -w "$work/a.prg" -f "two" -T SEQ -w "$work/a.prg" \
+    -f "three" -P -w "$work/a.prg" -g "$work/s.g64" "$work/s.d64"
+cc1541 -q -n "seed 1581" -f "one" -w "$work/a.prg" "$work/s.d81"
+python3 - "$work" "$corpus" "${VD_TESTDATA:-$root/../shared/testdata}/c64" <<'PY'
+import os, struct, sys, glob
+work, corpus, real = sys.argv[1:4]
+def save(target, name, data):
+    open(os.path.join(corpus, target, name), "wb").write(data)
+def disk(path, kind):
+    data = open(path, "rb").read()
+    start = 0x16500 if kind < 2 else 0x61800
+    return bytes([kind]) + data[start:start + 40 * 256]
+def track18(path):
+    g = open(path, "rb").read()
+    at = struct.unpack_from("<I", g, 12 + 34 * 4)[0]
+    n = struct.unpack_from("<H", g, at)[0]
+    return bytes([0]) + g[at + 2:at + 2 + n]
+save("disk_directory", "d64", disk(os.path.join(work, "s.d64"), 0))
+save("disk_directory", "d81", disk(os.path.join(work, "s.d81"), 2))
+save("gcr_decoder", "track18", track18(os.path.join(work, "s.g64")))
+t64 = bytearray(64 + 32 * 3)
+t64[0:20] = b"C64S tape image file"; t64[36] = 3; t64[40:44] = b"TAPE"
+for i, start in enumerate((160, 1000, 600)):
+    e = 64 + 32 * i; t64[e] = 1; struct.pack_into("<I", t64, e + 8, start)
+    t64[e + 16:e + 20] = b"NAME"
+save("tape_directory", "t64", bytes(t64) + bytes(1000))
+save("single_file", "p00", bytes([8]) + b"GAME.P00" + b"C64File\0GAME\0" + bytes(300))
+save("single_file", "crt", bytes([8]) + b"CART.CRT" + b"C64 CARTRIDGE   " + bytes(16) + b"NAME" + bytes(100))
+for path in glob.glob(os.path.join(real, "*")):
+    base = os.path.basename(path).lower()
+    if base.endswith((".d64", ".d71")):
+        save("disk_directory", base, disk(path, 0 if base.endswith("64") else 1))
+    elif base.endswith(".d81"):
+        save("disk_directory", base, disk(path, 2))
+    elif base.endswith(".g64"):
+        save("gcr_decoder", base, track18(path))
+    elif base.endswith(".t64"):
+        save("tape_directory", base, open(path, "rb").read())
+    elif base.endswith((".p00", ".crt")):
+        save("single_file", base, bytes([12]) + base[-12:].encode().rjust(12, b"_") + open(path, "rb").read()[:4096])
+PY
+
+for target in disk_directory tape_directory single_file gcr_decoder; do
+    mkdir -p "$out/findings/$target"
+    echo "== fuzz_$target for ${seconds}s"
+    (cd "$out/findings/$target" &&
+        "$out/fuzz/fuzz_$target" -max_total_time="$seconds" -max_len=20000 -print_final_stats=1 \
+            "$corpus/$target" 2>&1 | tail -n 12)
+done
