@@ -96,20 +96,20 @@ QString folderFor(const QString& root, int n)
 
 } // namespace
 
-bool generateCollection(const QString& folder, const CollectionSpec& spec, CollectionStats* stats,
+bool generateCollection(const QString& folder, const CollectionRecipe& recipe, CollectionStats* stats,
                         QString* error)
 {
     QDir(folder).removeRecursively();
     for (int i = 0; i < 26; ++i)
         QDir().mkpath(folderFor(folder, i));
-    QRandomGenerator rng(spec.seed);
+    QRandomGenerator rng(recipe.seed);
     CollectionStats s;
     auto fail = [&](const QString& path) {
         if (error)
             *error = QStringLiteral("cannot write %1").arg(path);
         return false;
     };
-    for (int i = 0; i < spec.d64; ++i) {
+    for (int i = 0; i < recipe.d64; ++i) {
         const int entries = rng.bounded(100u) == 0 ? 144 : 1 + int(rng.bounded(40));
         QByteArray track;
         const int live = d64Track(rng, entries, track);
@@ -123,7 +123,7 @@ bool generateCollection(const QString& folder, const CollectionSpec& spec, Colle
         }
         ++s.d64Files;
     }
-    for (int i = 0; i < spec.t64; ++i) {
+    for (int i = 0; i < recipe.t64; ++i) {
         const int count = 1 + int(rng.bounded(30));
         qint64 length = 0;
         const QByteArray head = t64Head(rng, count, &length);
@@ -141,9 +141,9 @@ bool generateCollection(const QString& folder, const CollectionSpec& spec, Colle
         qint64 minLength, maxLength;
     };
     const Single singles[] = {
-        {spec.prg, "/Program %1.prg", QByteArray("\x01\x08", 2), 100, 50000},
-        {spec.tap, "/Tape %1.tap", QByteArray("C64-TAPE-RAW\x01", 13), 100000, 1000000},
-        {spec.crt, "/Cart %1.crt",
+        {recipe.prg, "/Program %1.prg", QByteArray("\x01\x08", 2), 100, 50000},
+        {recipe.tap, "/Tape %1.tap", QByteArray("C64-TAPE-RAW\x01", 13), 100000, 1000000},
+        {recipe.crt, "/Cart %1.crt",
          QByteArray("C64 CARTRIDGE   ") + QByteArray(16, '\0') + "CARTRIDGE NAME", 8192, 65536},
     };
     for (const Single& kind : singles)
@@ -157,12 +157,12 @@ bool generateCollection(const QString& folder, const CollectionSpec& spec, Colle
             ++s.entries;
         }
     QSettings marker(folder + QLatin1Char('/') + QLatin1String(kMarker), QSettings::IniFormat);
-    marker.setValue(QStringLiteral("seed"), spec.seed);
-    marker.setValue(QStringLiteral("d64"), spec.d64);
-    marker.setValue(QStringLiteral("t64"), spec.t64);
-    marker.setValue(QStringLiteral("prg"), spec.prg);
-    marker.setValue(QStringLiteral("tap"), spec.tap);
-    marker.setValue(QStringLiteral("crt"), spec.crt);
+    marker.setValue(QStringLiteral("seed"), recipe.seed);
+    marker.setValue(QStringLiteral("d64"), recipe.d64);
+    marker.setValue(QStringLiteral("t64"), recipe.t64);
+    marker.setValue(QStringLiteral("prg"), recipe.prg);
+    marker.setValue(QStringLiteral("tap"), recipe.tap);
+    marker.setValue(QStringLiteral("crt"), recipe.crt);
     marker.setValue(QStringLiteral("files"), s.files);
     marker.setValue(QStringLiteral("d64Files"), s.d64Files);
     marker.setValue(QStringLiteral("entries"), s.entries);
@@ -172,18 +172,18 @@ bool generateCollection(const QString& folder, const CollectionSpec& spec, Colle
     return marker.status() == QSettings::NoError;
 }
 
-bool readCollectionMarker(const QString& folder, CollectionSpec* spec, CollectionStats* stats)
+bool readCollectionMarker(const QString& folder, CollectionRecipe* recipe, CollectionStats* stats)
 {
     const QString path = folder + QLatin1Char('/') + QLatin1String(kMarker);
     if (!QFile::exists(path))
         return false;
     QSettings marker(path, QSettings::IniFormat);
-    spec->seed = marker.value(QStringLiteral("seed")).toUInt();
-    spec->d64 = marker.value(QStringLiteral("d64")).toInt();
-    spec->t64 = marker.value(QStringLiteral("t64")).toInt();
-    spec->prg = marker.value(QStringLiteral("prg")).toInt();
-    spec->tap = marker.value(QStringLiteral("tap")).toInt();
-    spec->crt = marker.value(QStringLiteral("crt")).toInt();
+    recipe->seed = marker.value(QStringLiteral("seed")).toUInt();
+    recipe->d64 = marker.value(QStringLiteral("d64")).toInt();
+    recipe->t64 = marker.value(QStringLiteral("t64")).toInt();
+    recipe->prg = marker.value(QStringLiteral("prg")).toInt();
+    recipe->tap = marker.value(QStringLiteral("tap")).toInt();
+    recipe->crt = marker.value(QStringLiteral("crt")).toInt();
     stats->files = marker.value(QStringLiteral("files")).toLongLong();
     stats->d64Files = marker.value(QStringLiteral("d64Files")).toLongLong();
     stats->entries = marker.value(QStringLiteral("entries")).toLongLong();

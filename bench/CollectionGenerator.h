@@ -9,7 +9,7 @@
 
 namespace vd::bench {
 
-struct CollectionSpec
+struct CollectionRecipe
 {
     quint32 seed = 64;
     int d64 = 20000;
@@ -27,11 +27,11 @@ struct CollectionStats
 };
 
 // Writes the collection under `folder` (which is emptied first). False on a write failure.
-bool generateCollection(const QString& folder, const CollectionSpec& spec, CollectionStats* stats,
+bool generateCollection(const QString& folder, const CollectionRecipe& recipe, CollectionStats* stats,
                         QString* error);
 
-// The spec the collection in `folder` was written with, from its marker file; false when there
+// The recipe the collection in `folder` was written with, from its marker file; false when there
 // is none.
-bool readCollectionMarker(const QString& folder, CollectionSpec* spec, CollectionStats* stats);
+bool readCollectionMarker(const QString& folder, CollectionRecipe* recipe, CollectionStats* stats);
 
 } // namespace vd::bench

@@ -242,20 +242,20 @@ int main(int argc, char* argv[])
     vd::app::setProgramFolder(dir + QStringLiteral("/home"));
     QDir().mkpath(vd::app::gTempPath);
 
-    vd::bench::CollectionSpec spec;
-    spec.d64 = parser.value("d64").toInt();
-    spec.seed = parser.value("seed").toUInt();
-    spec.t64 = spec.d64 / 40;
-    spec.prg = spec.d64 * 3 / 40;
-    spec.tap = spec.d64 / 100;
-    spec.crt = spec.d64 / 100;
-    vd::bench::CollectionSpec had;
+    vd::bench::CollectionRecipe recipe;
+    recipe.d64 = parser.value("d64").toInt();
+    recipe.seed = parser.value("seed").toUInt();
+    recipe.t64 = recipe.d64 / 40;
+    recipe.prg = recipe.d64 * 3 / 40;
+    recipe.tap = recipe.d64 / 100;
+    recipe.crt = recipe.d64 / 100;
+    vd::bench::CollectionRecipe had;
     vd::bench::CollectionStats stats;
-    if (!vd::bench::readCollectionMarker(folder, &had, &stats) || had.seed != spec.seed ||
-        had.d64 != spec.d64) {
-        out << "Writing the collection (seed " << spec.seed << ")..." << Qt::endl;
+    if (!vd::bench::readCollectionMarker(folder, &had, &stats) || had.seed != recipe.seed ||
+        had.d64 != recipe.d64) {
+        out << "Writing the collection (seed " << recipe.seed << ")..." << Qt::endl;
         QString error;
-        if (!vd::bench::generateCollection(folder, spec, &stats, &error)) {
+        if (!vd::bench::generateCollection(folder, recipe, &stats, &error)) {
             out << error << Qt::endl;
             return 1;
         }

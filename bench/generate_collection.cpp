@@ -22,16 +22,16 @@ int main(int argc, char* argv[])
         out << parser.helpText();
         return 2;
     }
-    vd::bench::CollectionSpec spec;
-    spec.d64 = parser.value("d64").toInt();
-    spec.seed = parser.value("seed").toUInt();
-    spec.t64 = spec.d64 / 40;
-    spec.prg = spec.d64 * 3 / 40;
-    spec.tap = spec.d64 / 100;
-    spec.crt = spec.d64 / 100;
+    vd::bench::CollectionRecipe recipe;
+    recipe.d64 = parser.value("d64").toInt();
+    recipe.seed = parser.value("seed").toUInt();
+    recipe.t64 = recipe.d64 / 40;
+    recipe.prg = recipe.d64 * 3 / 40;
+    recipe.tap = recipe.d64 / 100;
+    recipe.crt = recipe.d64 / 100;
     vd::bench::CollectionStats stats;
     QString error;
-    if (!vd::bench::generateCollection(parser.positionalArguments()[0], spec, &stats, &error)) {
+    if (!vd::bench::generateCollection(parser.positionalArguments()[0], recipe, &stats, &error)) {
         out << error << Qt::endl;
         return 1;
     }
