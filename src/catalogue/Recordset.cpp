@@ -1019,10 +1019,18 @@ int Recordset::resolveEdit(const QString& name, QString& column) const
             continue;
         if (q.isEmpty() && m_tr->sources.size() > 1)
             continue;
-        if (m_conn->tableDef(s.schema, s.table).fieldIndex(column) >= 0)
+        if (sourceDef(i).fieldIndex(column) >= 0)
             return i;
     }
     return -1;
+}
+
+const TableDef& Recordset::sourceDef(int source) const
+{
+    if (m_sourceDefs.isEmpty())
+        for (const Translation::Source& s : m_tr->sources)
+            m_sourceDefs.push_back(m_conn->tableDef(s.schema, s.table));
+    return m_sourceDefs[source];
 }
 
 void Recordset::setValue(const QString& name, const QVariant& value)
@@ -1030,14 +1038,18 @@ void Recordset::setValue(const QString& name, const QVariant& value)
     if (m_editMode == 0)
         throw DbError(err::UpdateWithoutEdit,
                       QStringLiteral("Update or CancelUpdate without AddNew or Edit."), m_source);
-    QString column;
-    const int source = resolveEdit(name, column);
-    if (source < 0)
-        throw DbError(err::ItemNotFound,
-                      QStringLiteral("Item not found in this collection: %1.").arg(name), m_source);
-    const Translation::Source& s = m_tr->sources[source];
-    const TableDef& def = m_conn->tableDef(s.schema, s.table);
-    const FieldDef& f = def.fields[def.fieldIndex(column)];
+    auto target = m_editTargets.constFind(name);
+    if (target == m_editTargets.constEnd()) {
+        QString column;
+        const int source = resolveEdit(name, column);
+        if (source < 0)
+            throw DbError(err::ItemNotFound,
+                          QStringLiteral("Item not found in this collection: %1.").arg(name),
+                          m_source);
+        target = m_editTargets.insert(name, {source, sourceDef(source).fieldIndex(column)});
+    }
+    const int source = target->first;
+    const FieldDef& f = sourceDef(source).fields[target->second];
     const QVariant stored = storageForm(coerce(value, f));
     for (PendingEdit& e : m_edits)
         if (e.source == source && e.column.compare(f.name, Qt::CaseInsensitive) == 0) {
@@ -1070,12 +1082,18 @@ void Recordset::update()
             names << quoteName(e.column);
             values << e.value;
         }
-        const QString table = tableName(m_tr->sources[0]);
-        tr.sqlite = names.isEmpty()
-                        ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table)
-                        : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                              .arg(table, names.join(QLatin1Char(',')),
-                                   QStringList(names.size(), QStringLiteral("?")).join(QLatin1Char(',')));
+        const QString columns = names.join(QLatin1Char(','));
+        if (m_insertSql.isEmpty() || columns != m_insertColumns) {
+            const QString table = tableName(m_tr->sources[0]);
+            m_insertColumns = columns;
+            m_insertSql = names.isEmpty()
+                              ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table)
+                              : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                    .arg(table, columns,
+                                         QStringList(names.size(), QStringLiteral("?"))
+                                             .join(QLatin1Char(',')));
+        }
+        tr.sqlite = m_insertSql;
         m_conn->run(tr, values);
         return;
     }

@@ -4,6 +4,8 @@
 // reached so far, and is exact after moveLast().
 
 #include "catalogue/DaoTypes.h"
+
+#include <utility>
 #include "catalogue/DbError.h"
 
 #include <QHash>
@@ -134,6 +136,13 @@ private:
     bool m_noMatch = true;
     int m_editMode = 0; // 0 none, 1 edit, 2 add
     QVector<PendingEdit> m_edits;
+    // What writing needs again and again: the written tables' definitions, where each name
+    // given to setValue leads (source, field of its table), the last INSERT text.
+    const TableDef& sourceDef(int source) const;
+    mutable QVector<TableDef> m_sourceDefs;
+    QHash<QString, std::pair<int, int>> m_editTargets;
+    QString m_insertColumns;
+    QString m_insertSql;
 };
 
 } // namespace vd::db
