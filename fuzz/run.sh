@@ -13,7 +13,7 @@ fi
 cmake --build "$out" --target fuzz_targets
 
 corpus="$out/corpus"
-mkdir -p "$corpus"/{disk_directory,tape_directory,single_file,gcr_decoder}
+mkdir -p "$corpus"/{disk_directory,tape_directory,single_file,gcr_decoder,archive}
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 head -c 3000 /dev/urandom >"$work/a.prg"
@@ -59,7 +59,14 @@ for path in glob.glob(os.path.join(real, "*")):
         save("single_file", base, bytes([12]) + base[-12:].encode().rjust(12, b"_") + open(path, "rb").read()[:4096])
 PY
 
-for target in disk_directory tape_directory single_file gcr_decoder; do
+# Archive seeds: small ZIP, 7Z and CAB files of the seed disk, when the tools are there.
+if command -v 7z >/dev/null; then
+    (cd "$work" && 7z a -bd -tzip "$corpus/archive/s.zip" s.d64 a.prg >/dev/null &&
+        7z a -bd -t7z "$corpus/archive/s.7z" s.d64 >/dev/null)
+fi
+if command -v gcab >/dev/null; then (cd "$work" && gcab -c -z "$corpus/archive/s.cab" a.prg); fi
+
+for target in disk_directory tape_directory single_file gcr_decoder archive; do
     mkdir -p "$out/findings/$target"
     echo "== fuzz_$target for ${seconds}s"
     (cd "$out/findings/$target" &&

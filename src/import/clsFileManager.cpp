@@ -255,30 +255,6 @@ qint64 clsFileManager::textRule(const QString& sName, const QString& sPath, int&
     return result;
 }
 
-qint64 clsFileManager::archiveRule(const QString& sName, const QString& sPath, int lFlags,
-                                   const QString& sUnpack, bool bExtracted)
-{
-    // Archives: here the next step of the importer unpacks the archive into its extraction
-    // folder (CreateTempPathIfFileArchiv), looks the archive up in the GameBase, and reads the
-    // folder through ScanArchiveFolder. Until then an archive catalogues nothing.
-    Q_UNUSED(sName);
-    Q_UNUSED(sPath);
-    Q_UNUSED(lFlags);
-    Q_UNUSED(sUnpack);
-    Q_UNUSED(bExtracted);
-    return 0;
-}
-
-QString clsFileManager::ExtractFileFromArchiv(const QString& sName, const QString& sUnpack,
-                                              const QString& sPath)
-{
-    // Archives: the next step of the importer extracts the member here.
-    Q_UNUSED(sName);
-    Q_UNUSED(sUnpack);
-    Q_UNUSED(sPath);
-    return {};
-}
-
 qint64 clsFileManager::reconcile(qint64 result, int lFlags, qint64 lID)
 {
     // What is left in colExisting are rows the file no longer has. The collection is not

@@ -5,6 +5,7 @@
 // Category and C64Files rows of a file. All reader faults are reported through ShowMessage,
 // never in a dialog.
 
+#include "import/ArchiveReader.h"
 #include "import/ImportOptions.h"
 
 #include <memory>
@@ -102,9 +103,28 @@ public:
         clsFileManager& m_fm;
     };
 
-    // Archives are the next step of the importer: until then these find nothing.
+    // Archives. Extraction folders are made in Temp (Temp/A<n>) or, for an archive inside an
+    // archive, beside it (<folder>/A<n>), and are remembered for the run under the key of
+    // their archive: its path upper-cased, "\\" and the member path for an inner archive.
+
+    // The extraction folder of an archive, unpacked whole when it is new in this run; "" when
+    // the user declined its size, or it could not be unpacked. sUnpack: the member path of an
+    // archive inside the archive being read, else "".
+    QString CreateTempPathIfFileArchiv(const QString& sName, const QString& sUnpack,
+                                       const QString& sPath);
+    // The path on disk of a catalogued member: sPath is the outermost archive, sUnpack the
+    // member path (tUnpackPath). Each archive on the way is opened once per run; a member of
+    // an archive that was not unpacked whole is extracted alone. "" when it cannot be had.
     QString ExtractFileFromArchiv(const QString& sName, const QString& sUnpack,
                                   const QString& sPath);
+    // Forgets the extraction folders (after Temp was emptied); touches no file.
+    void DeleteTempCol();
+    // The extraction folders made or used in this run.
+    QStringList extractionFolders() const { return colTempPaths.values(); }
+    // How often an archive (or a member of one) was unpacked in this run.
+    int unpackCount() const { return m_unpackCount; }
+    // Limits each archive is held to.
+    ArchiveLimits archiveLimits;
 
     // The outermost archive being read and the member inside it, else "".
     QString archivePath() const { return sArchivePath; }
@@ -148,6 +168,17 @@ private:
     qint64 archiveRule(const QString& sName, const QString& sPath, int lFlags,
                        const QString& sUnpack, bool bExtracted);
     qint64 reconcile(qint64 result, int lFlags, qint64 lID);
+
+    // Archive handling (FileManagerArchives.cpp).
+    bool UnpackArchive(const QString& sArchive, const QString& sMember,
+                       const QString& sTargetFolder, const QString& sShownName);
+    qint64 ScanArchiveFolder(const QString& sFolder, const QString& sRelPath, int lFlags);
+    qint64 scanArchiveMember(const QString& sName, const QString& sPath, int lFlags,
+                             const QString& sRelPath);
+    bool acceptArchiveSize(const QString& sPath);
+    QString newTempFolder(const QString& parent);
+    bool isTempFolder(const QString& path) const;
+    bool depthAllowed(int depth, const QString& sShownName);
 
     NewEntry* AddDirEntry(const QString& sProgram, qint64 lSize, const QString& sDiskName,
                           const QString& sName, const QString& sPath, int iFileType, int lIndex,
@@ -200,6 +231,7 @@ private:
     // During a refresh: the rows of the file not met again yet.
     QVector<ExistingItem> colExisting;
     bool bScanArchives = true;
+    int m_unpackCount = 0;
     QString sArchivePath;
     QString sUnpackPath;
 

@@ -1,6 +1,7 @@
-// The command line's import and dir, end to end through the built program: the printed lines,
-// the exit codes, the flags and the importer options of the settings file.
+// The command line's import, extract and dir, end to end through the built program: the printed
+// lines, the exit codes, the flags and the importer options of the settings file.
 
+#include "support/ArchiveWriter.h"
 #include "support/C64ImageWriter.h"
 
 #include <QCoreApplication>
@@ -94,6 +95,42 @@ private slots:
         QVERIFY(r.out.contains(QStringLiteral("Datei ist schon vorhanden: disk.d64")));
         QCOMPARE(r.out.mid(r.out.size() - 3, 2),
                  QStringList({"Hinzugefügte Dateien: 0", "Hinzugefügte C64-Files: 0"}));
+    }
+
+    void importArchiveAndExtract()
+    {
+        if (!vd::test::haveTool(QStringLiteral("7z")))
+            QSKIP("7z is not installed (scripts/deps.sh)");
+        const QString cat = newCatalogue();
+        const QString folder = makeFolder();
+        const QString zip = path(QStringLiteral("games%1.zip").arg(m_runs));
+        QVERIFY(vd::test::packArchive("zip", zip, folder, {"disk.d64", "tapes"}));
+        Run r = cli({"import", cat, zip});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.out.mid(r.out.size() - 3, 2),
+                 QStringList({"Hinzugefügte Dateien: 2", "Hinzugefügte C64-Files: 3"}));
+        // The extraction folders of the import are gone afterwards.
+        QCOMPARE(QDir(path("home/Temp")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList());
+        const Run ids = cli({"sql", cat,
+                             "Select C.ID,F.ID From Category as C, C64Files as F where "
+                             "F.Category_File=C.ID and C.tUnpackPath='tapes\\t.t64'"});
+        const QStringList idPair = ids.out.value(1).split(QLatin1Char('\t'));
+        QCOMPARE(idPair.size(), 2);
+        for (const QString& id : {"-" + idPair[0], idPair[1]}) {
+            r = cli({"extract", cat, id});
+            QCOMPARE(r.code, 0);
+            QCOMPARE(r.out.size(), 1);
+            QFile extracted(r.out.first());
+            QVERIFY(extracted.open(QIODevice::ReadOnly));
+            QFile original(folder + "/tapes/t.t64");
+            QVERIFY(original.open(QIODevice::ReadOnly));
+            QCOMPARE(extracted.readAll(), original.readAll());
+        }
+        r = cli({"extract", cat, "-999"});
+        QCOMPARE(r.code, 1);
+        QCOMPARE(r.err, QStringList{"Kein Eintrag mit der ID: -999"});
+        QCOMPARE(cli({"extract", cat, "x"}).code, 2);
     }
 
     void importOneFileAndRefresh()

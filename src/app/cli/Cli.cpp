@@ -26,6 +26,11 @@ constexpr Command kCommands[] = {
      "then the numbers of files and entries added. --refresh reads known files again, --md5 "
      "stores MD5 sums; the importer settings of the program folder apply otherwise.",
      2, 4, importCommand},
+    {"extract", "CATALOGUE ID",
+     "Prints the path on disk of the file behind a C64Files id, or behind a Category id given "
+     "with a minus sign; a file inside an archive is extracted into the Temp folder first, as "
+     "starting it would.",
+     2, 2, extractCommand},
     {"dir", "FILE",
      "Prints the directory of a disk image, tape or C64 file as the preview shows it: the disk "
      "name, then size, name and type of each entry.",

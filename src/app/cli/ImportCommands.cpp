@@ -11,6 +11,7 @@
 #include "formats/Listing.h"
 #include "import/clsFileManager.h"
 #include "import/ImportBatch.h"
+#include "platform/Files.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -234,6 +235,8 @@ int importCommand(const QStringList& arguments, Output& io)
     const int mode = target.isDir() ? import::kModeAddFolder : import::kModeAddFile;
     const import::BatchResult result = batch.run(mode, args.path);
     progress.clear();
+    // The extraction folders of this run are of no use to a later one.
+    platform::DeleteFiles(fm.extractionFolders());
     for (const QString& line : result.resultLines)
         io.out << line << '\n';
     if (!result.failure.isEmpty()) {
@@ -242,6 +245,64 @@ int importCommand(const QStringList& arguments, Output& io)
     }
     // Stopped by Ctrl+C: what was added stays, but the folder was not read to its end.
     return result.cancelled ? kExitFailure : kExitOk;
+}
+
+namespace {
+
+// The Category row behind an id: minus a Category id, or a C64Files id; 0 when there is none.
+qint64 categoryOf(qint64 id)
+{
+    if (id < 0)
+        return -id;
+    const QString file =
+        catalogue::GetDbValue(QStringLiteral("Category_File"), QStringLiteral("C64Files"),
+                              QStringLiteral("ID=") + QString::number(id));
+    return file.toLongLong();
+}
+
+} // namespace
+
+int extractCommand(const QStringList& arguments, Output& io)
+{
+    bool isNumber = false;
+    const qint64 id = arguments[1].toLongLong(&isNumber);
+    if (!isNumber || id == 0) {
+        io.err << "extract needs an id: a C64Files id, or minus a Category id.\n\n" << usageText();
+        return kExitUsage;
+    }
+    QString path = arguments[0];
+    if (!catalogue::OpenCatalogueFile(path))
+        return kExitFailure;
+    CatalogueCloser closer;
+    const qint64 category = categoryOf(id);
+    const auto rs = app::gDB->openRecordset(
+        QStringLiteral("Select tFile,tPath,tUnpackPath From Category where iType=1 and ID=") +
+            QString::number(category),
+        db::RecordsetType::Snapshot);
+    if (category <= 0 || rs->eof()) {
+        io.err << app::Translate(QStringLiteral("Kein Eintrag mit der ID: ")) << id << '\n';
+        return kExitFailure;
+    }
+    const QString name = catalogue::ValueText(rs->value(0));
+    const QString archive = catalogue::ValueText(rs->value(1));
+    const QString member = catalogue::ValueText(rs->value(2));
+    rs->close();
+
+    import::clsFileManager fm;
+    fm.options = importOptionsFromSettings();
+    QObject::connect(&fm, &import::clsFileManager::ShowMessage, &fm,
+                     [&](const QString& text, int type) {
+                         if (type == import::kMessageResult)
+                             io.err << text << '\n';
+                     });
+    const QString onDisk = fm.ExtractFileFromArchiv(name, member, archive);
+    if (onDisk.isEmpty()) {
+        io.err << app::Translate(QStringLiteral("Datei nicht gefunden: "))
+               << (member.isEmpty() ? archive : archive + QLatin1Char('\\') + member) << '\n';
+        return kExitFailure;
+    }
+    io.out << onDisk << '\n';
+    return kExitOk;
 }
 
 int dirCommand(const QStringList& arguments, Output& io)
