@@ -391,13 +391,14 @@ void SimpleReport::currentChanged(const QModelIndex& current, const QModelIndex&
 bool SimpleReport::eventFilter(QObject* watched, QEvent* event)
 {
     static QPoint pressedAt;
-    if (watched == horizontalHeader()->viewport()) {
-        auto* me = static_cast<QMouseEvent*>(event);
-        if (event->type() == QEvent::MouseButtonPress) {
+    const bool press = event->type() == QEvent::MouseButtonPress;
+    const bool release = event->type() == QEvent::MouseButtonRelease;
+    if (watched == horizontalHeader()->viewport() && (press || release)) {
+        const auto* me = static_cast<QMouseEvent*>(event);
+        if (press) {
             pressedAt = me->position().toPoint();
-        } else if (event->type() == QEvent::MouseButtonRelease &&
-                   (me->position().toPoint() - pressedAt).manhattanLength() <
-                       QApplication::startDragDistance()) {
+        } else if ((me->position().toPoint() - pressedAt).manhattanLength() <
+                   QApplication::startDragDistance()) {
             const int section = horizontalHeader()->logicalIndexAt(me->position().toPoint());
             if (section >= 0)
                 headerReleased(section, me->button());
