@@ -2,6 +2,7 @@
 
 #include "app/cli/CatalogueCommands.h"
 #include "app/cli/ImportCommands.h"
+#include "app/cli/LaunchCommands.h"
 #include "catalogue/DbError.h"
 #include "platform/ProgramFolder.h"
 
@@ -35,6 +36,16 @@ constexpr Command kCommands[] = {
      "Prints the directory of a disk image, tape or C64 file as the preview shows it: the disk "
      "name, then size, name and type of each entry.",
      1, 1, dirCommand},
+    {"settings", "init | get SECTION KEY | set SECTION KEY VALUE",
+     "init writes the settings file as the program writes it at its end (on a first run with "
+     "the default emulators, profiles and extension assignments); get prints one key; set "
+     "changes one key, read back and written as the program does.",
+     1, 4, settingsCommand},
+    {"start", "CATALOGUE ID [--profile KEY] [--dry-run]",
+     "Starts a C64Files entry, or a Category file given with a minus sign, in the emulator of "
+     "its profile and prints the status text. --dry-run prints the program, the working folder "
+     "and each argument on a line of its own instead of starting, and counts nothing.",
+     2, 5, startCommand},
 };
 
 const Command* findCommand(const QString& name)
