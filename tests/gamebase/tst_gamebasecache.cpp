@@ -41,6 +41,12 @@ public:
 
 } // namespace
 
+#define NEED_REAL_FILES()                                                                          \
+    do {                                                                                           \
+        if (!haveRealFiles())                                                                      \
+            QSKIP("The folder of real Access files (testdata/mdb) is absent.");                   \
+    } while (false)
+
 class TestGameBaseCache : public QObject
 {
     Q_OBJECT
@@ -49,11 +55,9 @@ private:
     QTemporaryDir m_cacheDir;
     QHash<QString, gamebase::CacheResult> m_built; // by .mdb file name
 
-    void needRealFiles()
-    {
-        if (mdbFolder().isEmpty())
-            QSKIP("The folder of real Access files (testdata/mdb) is absent.");
-    }
+    // QSKIP ends only the function it stands in: each test calls this through
+    // NEED_REAL_FILES, which returns from the test itself.
+    static bool haveRealFiles() { return !mdbFolder().isEmpty(); }
     std::unique_ptr<db::Database> openCache(const QString& mdbName)
     {
         const gamebase::CacheResult& r = m_built[mdbName];
@@ -100,7 +104,7 @@ private slots:
     }
     void rowCountsMatchTheFiles()
     {
-        needRealFiles();
+        NEED_REAL_FILES();
         QFETCH(QString, file);
         QFETCH(QString, table);
         QFETCH(qint64, rows);
@@ -113,7 +117,7 @@ private slots:
 
     void everyTableIsCopied()
     {
-        needRealFiles();
+        NEED_REAL_FILES();
         auto cache = openCache(QStringLiteral("nwind.mdb"));
         QStringList names = cache->tableNames();
         names.sort();
@@ -153,7 +157,7 @@ private slots:
     }
     void valuesKeepTheirTypes()
     {
-        needRealFiles();
+        NEED_REAL_FILES();
         QFETCH(QString, sql);
         QFETCH(QVariant, expected);
         auto cache = openCache(QStringLiteral("nwind.mdb"));
@@ -170,7 +174,7 @@ private slots:
 
     void columnTypesFollowTheFile()
     {
-        needRealFiles();
+        NEED_REAL_FILES();
         auto cache = openCache(QStringLiteral("nwind.mdb"));
         const db::TableDef products = cache->tableDef(QStringLiteral("Products"));
         const QVector<QPair<QString, int>> expected = {{"ProductID", db::type::Long},
@@ -185,7 +189,7 @@ private slots:
 
     void datesOutsideTheUsualRange()
     {
-        needRealFiles();
+        NEED_REAL_FILES();
         auto cache = openCache(QStringLiteral("DateTestDatabase.mdb"));
         auto rs = cache->openRecordset(
             QStringLiteral("Select IDCol,DateTimeCol,DateCol,TimeCol From DateTest Order By IDCol"),
@@ -253,7 +257,7 @@ private slots:
 
     void cacheIsReusedUntilTheFileChanges()
     {
-        needRealFiles();
+        NEED_REAL_FILES();
         QTemporaryDir dir;
         const QString mdb = dir.filePath(QStringLiteral("copy.mdb"));
         QVERIFY(
