@@ -9,6 +9,7 @@
 #include "controls/TreeLevels.h"
 #include "platform/ScriptedDialogService.h"
 #include "support/CatalogueFixture.h"
+#include "support/FileViewLevels.h"
 
 #include <QtTest>
 
@@ -17,16 +18,9 @@ using namespace vd::controls;
 
 namespace {
 
-const QString kRoot = QStringLiteral(
-    "SELECT DISTINCT -1 AS ItemKey,-1 AS ParentKey,16 AS Icon,'Dateien' From Config");
-const QString kFiles = QStringLiteral(
-    "SELECT F.ID AS ItemKey,-1 AS ParentKey,F.iFileType AS Icon,tCategory From Category as F where "
-    "iType=1 order by tCategory");
-const QString kEntries = QStringLiteral("SELECT C64Files.ID AS ItemKey,Category_File AS "
-                                        "ParentKey,F.iFileType as Icon, tProgram & '.' & "
-                                        "tExtension AS File  From (C64Files Left Join Category as "
-                                        "F on C64Files.Category_File=F.ID) order by "
-                                        "lIndex");
+const QString& kRoot = test::kRootLevel;
+const QString& kFiles = test::kFilesLevel;
+const QString& kEntries = test::kEntriesLevel;
 
 // The file view over the fixture, files ordered by name:
 //   0 Dateien

@@ -6,6 +6,7 @@
 #include "controls/TreeLevels.h"
 #include "platform/ScriptedDialogService.h"
 #include "support/CatalogueFixture.h"
+#include "support/FileViewLevels.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -15,17 +16,9 @@ using namespace vd::controls;
 
 namespace {
 
-// The file view's levels as the view builder writes them, with the third level switched on.
-const QString kRoot = QStringLiteral(
-    "SELECT DISTINCT -1 AS ItemKey,-1 AS ParentKey,16 AS Icon,'Dateien' From Config");
-const QString kFiles = QStringLiteral(
-    "SELECT F.ID AS ItemKey,-1 AS ParentKey,F.iFileType AS Icon,tCategory From Category as F where "
-    "iType=1 order by tCategory");
-const QString kEntries = QStringLiteral("SELECT C64Files.ID AS ItemKey,Category_File AS "
-                                        "ParentKey,F.iFileType as Icon, tProgram & '.' & "
-                                        "tExtension AS File  From (C64Files Left Join Category as "
-                                        "F on C64Files.Category_File=F.ID) order by "
-                                        "lIndex");
+const QString& kRoot = test::kRootLevel;
+const QString& kFiles = test::kFilesLevel;
+const QString& kEntries = test::kEntriesLevel;
 
 QStringList fileView()
 {
