@@ -1,15 +1,19 @@
 #include "controls/ui/SimpleReport.h"
 
 #include "app/Translate.h"
-#include "catalogue/JetFunctions.h"
+#include "controls/ui/frmColumnHeader.h"
+#include "controls/ui/frmSearch.h"
+#include "controls/ui/FrozenColumns.h"
 #include "platform/DialogService.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QCursor>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QScrollBar>
+#include <QTimer>
 
 namespace vd::controls {
 
@@ -34,95 +38,16 @@ int shiftCode(Qt::KeyboardModifiers m)
            (m & Qt::AltModifier ? 4 : 0);
 }
 
-Qt::Alignment alignmentOf(ColumnAlign a)
-{
-    switch (a) {
-    case ColumnAlign::Right:
-        return Qt::AlignRight | Qt::AlignVCenter;
-    case ColumnAlign::Center:
-        return Qt::AlignHCenter | Qt::AlignVCenter;
-    default:
-        return Qt::AlignLeft | Qt::AlignVCenter;
-    }
-}
-
-QString oneLine(QString text)
-{
-    for (QChar c : {QChar(u'\r'), QChar(u'\n'), QChar(u'\t')})
-        text.replace(c, QLatin1Char(' '));
-    return text;
-}
-
 } // namespace
-
-// --- the model -----------------------------------------------------------------------------
-
-ReportModel::ReportModel(SimpleReport* report) : QAbstractTableModel(report), m_report(report) {}
-
-int ReportModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : m_rows;
-}
-
-int ReportModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : m_cols;
-}
-
-QVariant ReportModel::data(const QModelIndex& index, int role) const
-{
-    if (!index.isValid() || index.row() >= m_rows || index.column() >= m_cols)
-        return {};
-    const auto& col = m_report->engine().Columns()[index.column()];
-    switch (role) {
-    case Qt::DisplayRole:
-        return m_report->cellText(index.row(), index.column());
-    case Qt::DecorationRole:
-        return col.imageField.isEmpty() ? QVariant()
-                                        : QVariant(m_report->cellIcon(index.row(), index.column()));
-    case Qt::TextAlignmentRole:
-        return QVariant::fromValue(alignmentOf(col.alignment));
-    default:
-        return {};
-    }
-}
-
-QVariant ReportModel::headerData(int section, Qt::Orientation o, int role) const
-{
-    if (o != Qt::Horizontal || section < 0 || section >= m_cols)
-        return {};
-    const auto& col = m_report->engine().Columns()[section];
-    if (role == Qt::DisplayRole)
-        return col.caption;
-    if (role == Qt::TextAlignmentRole)
-        return QVariant::fromValue(alignmentOf(col.headerAlignment));
-    return {};
-}
-
-bool ReportModel::refresh()
-{
-    auto& engine = m_report->engine();
-    const int rows = int(std::min<qint64>(engine.ItemCount(), INT_MAX));
-    const int cols = engine.Columns().count();
-    if (rows != m_rows || cols != m_cols) {
-        beginResetModel();
-        m_rows = rows;
-        m_cols = cols;
-        endResetModel();
-        return true;
-    }
-    if (rows > 0 && cols > 0)
-        emit dataChanged(index(0, 0), index(rows - 1, cols - 1));
-    emit headerDataChanged(Qt::Horizontal, 0, std::max(0, cols - 1));
-    return false;
-}
 
 // --- the view ------------------------------------------------------------------------------
 
 SimpleReport::SimpleReport(QWidget* parent)
-    : QTableView(parent), m_engine(this), m_model(new ReportModel(this))
+    : QTableView(parent), m_engine(this), m_model(new ReportModel(this)), m_frozen(nullptr)
 {
     setModel(m_model);
+    // By pixels, so that columns slide under the frozen ones.
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setWordWrap(false);
@@ -131,15 +56,38 @@ SimpleReport::SimpleReport(QWidget* parent)
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(std::max(16, fontMetrics().height() + 4));
+    // Sizing a column to its contents measures the rows on screen: the others are not in
+    // memory, and a long list would be read page by page for it.
+    horizontalHeader()->setResizeContentsPrecision(0);
     horizontalHeader()->setSectionsMovable(true);
     horizontalHeader()->setHighlightSections(false);
     // Clicks are ours: the header neither selects a column nor flips the sort picture.
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->viewport()->installEventFilter(this);
-    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
-            [this] { syncColumnsFromHeader(); });
-    connect(horizontalHeader(), &QHeaderView::sectionMoved, this,
-            [this] { syncColumnsFromHeader(); });
+    m_frozen = new FrozenColumnView(this);
+    m_frozen->horizontalHeader()->viewport()->installEventFilter(this);
+    m_frozen->viewport()->installEventFilter(this);
+    connect(m_frozen, &FrozenColumnView::cellPressed, this, &SimpleReport::cellPressed);
+    connect(m_frozen, &FrozenColumnView::cellDoubleClicked, this,
+            [this](const QModelIndex& i) { emit itemDblClick(i.row(), 1, 0); });
+    connect(m_frozen->horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this](int section, int, int size) {
+                if (!m_applying && columnWidth(section) != size)
+                    horizontalHeader()->resizeSection(section, size);
+            });
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section) {
+        syncColumnsFromHeader();
+        if (m_frozen->isFrozen(section)) {
+            m_frozen->setColumnWidth(section, columnWidth(section));
+            m_frozen->place();
+        }
+    });
+    connect(horizontalHeader(), &QHeaderView::sectionMoved, this, [this] {
+        syncColumnsFromHeader();
+        // A column dragged in front of the frozen ones would lie under them.
+        if (!m_applying && !fixedColumnsFirst())
+            QTimer::singleShot(0, this, [this] { applyColumns(); });
+    });
     m_menuRunner = [](QMenu& menu) { return menu.exec(QCursor::pos()); };
     m_engine.props().RowHeight = verticalHeader()->defaultSectionSize();
     m_engine.setShown(false);
@@ -183,6 +131,23 @@ void SimpleReport::Requery()
     m_engine.Requery();
 }
 
+void SimpleReport::setFilterValue(const QVariant& value)
+{
+    m_engine.setShown(isVisible());
+    m_engine.setFilterValue(value);
+    repaint();
+}
+
+void SimpleReport::setAutoRefresh(bool on)
+{
+    m_engine.setAutoRefresh(on);
+    // Off, nothing is painted: the rows of the statement on the way are not shown half made.
+    viewport()->setUpdatesEnabled(on);
+    m_frozen->viewport()->setUpdatesEnabled(on);
+    if (on && m_dirty)
+        repaint();
+}
+
 QString SimpleReport::Layout()
 {
     syncColumnsFromHeader();
@@ -192,7 +157,21 @@ QString SimpleReport::Layout()
 void SimpleReport::setLayout(const QString& layout)
 {
     m_engine.setLayout(layout);
-    applyColumns();
+    if (m_model->inStep())
+        applyColumns();
+}
+
+ReportColumns& SimpleReport::Columns()
+{
+    syncColumnsFromHeader();
+    return m_engine.Columns();
+}
+
+void SimpleReport::columnsChanged()
+{
+    if (m_model->inStep())
+        applyColumns();
+    viewport()->update();
 }
 
 void SimpleReport::setSelectedIndex(qint64 row)
@@ -205,11 +184,14 @@ QList<cListItem> SimpleReport::SelectedItems()
 {
     QList<cListItem> items;
     const auto rows = selectionModel()->selectedRows();
+    const int captionColumn = m_engine.firstVisibleColumn();
     for (const QModelIndex& i : rows) {
         cListItem item;
         item.Row = i.row();
         if (props().KeyColumn >= 0)
             item.Key = m_engine.FieldValue(props().KeyColumn, item.Row);
+        if (captionColumn < m_engine.Columns().count())
+            item.Caption = cellText(item.Row, captionColumn);
         items << item;
     }
     std::sort(items.begin(), items.end(),
@@ -241,47 +223,6 @@ void SimpleReport::ClearSelection()
     clearSelection();
 }
 
-// --- cells ---------------------------------------------------------------------------------
-
-QString SimpleReport::formatValue(const QVariant& v, const ReportColumn& c) const
-{
-    if (v.isNull())
-        return {};
-    if (c.format == QLatin1String("Yes/No"))
-        return v.toBool() ? QStringLiteral("Yes") : QStringLiteral("No");
-    if (c.format.isEmpty() || c.format == QLatin1String("RPL") || v.typeId() == QMetaType::QString)
-        return oneLine(v.toString());
-    return db::vbFormat(v, c.format);
-}
-
-QString SimpleReport::cellText(qint64 row, int column)
-{
-    const ReportColumn& c = m_engine.Columns()[column];
-    QVariant value = m_engine.cellValue(row, column);
-    if (c.fetchMode) {
-        QVariant image;
-        m_engine.cellContents(row, column, value, image);
-        if (value.typeId() == QMetaType::QString)
-            return oneLine(value.toString());
-    }
-    return formatValue(value, c);
-}
-
-QIcon SimpleReport::cellIcon(qint64 row, int column)
-{
-    const ReportColumn& c = m_engine.Columns()[column];
-    const int field = m_engine.Columns().indexOf(c.imageField);
-    if (field < 0)
-        return {};
-    QVariant image = m_engine.cellValue(row, field);
-    if (c.fetchMode && !image.isNull()) {
-        QVariant value;
-        m_engine.cellContents(row, column, value, image);
-    }
-    const int n = image.toInt();
-    return n >= 1 && n <= m_icons.size() ? m_icons[n - 1] : QIcon();
-}
-
 // --- columns -------------------------------------------------------------------------------
 
 void SimpleReport::applyColumns()
@@ -293,9 +234,17 @@ void SimpleReport::applyColumns()
         h->setSectionHidden(i, cols[i].hidden != 0);
         h->resizeSection(i, cols[i].width);
     }
-    const QList<int> order = cols.displayOrder();
+    // Fixed columns lead, so that the frozen view covers exactly them.
+    QList<int> order = cols.displayOrder();
+    std::stable_partition(order.begin(), order.end(),
+                          [&cols](int c) { return cols[c].fixed == 2; });
     for (int pos = 0; pos < order.size() && order[pos] < h->count(); ++pos)
         h->moveSection(h->visualIndex(order[pos]), pos);
+    QList<int> frozen;
+    for (int c : std::as_const(order))
+        if (c < h->count() && cols[c].fixed == 2 && cols[c].hidden == 0)
+            frozen << c;
+    m_frozen->setFrozen(frozen);
     h->setSortIndicatorShown(false);
     for (int i = 0; i < cols.count(); ++i)
         if (cols[i].sortPicture != 0) {
@@ -306,9 +255,34 @@ void SimpleReport::applyColumns()
     m_applying = false;
 }
 
+bool SimpleReport::fixedColumnsFirst() const
+{
+    const ReportColumns& cols = m_engine.Columns();
+    const QHeaderView* h = horizontalHeader();
+    int fixed = 0;
+    for (int c = 0; c < cols.count(); ++c)
+        fixed += cols[c].fixed == 2 ? 1 : 0;
+    for (int v = 0; v < fixed && v < h->count(); ++v) {
+        const int c = h->logicalIndex(v);
+        if (c < 0 || c >= cols.count() || cols[c].fixed != 2)
+            return false;
+    }
+    return true;
+}
+
+void SimpleReport::toggleFixed(int col)
+{
+    syncColumnsFromHeader();
+    ReportColumn& c = m_engine.Columns()[col];
+    c.fixed = c.fixed == 2 ? 0 : 2;
+    applyColumns();
+    syncColumnsFromHeader();
+}
+
 void SimpleReport::syncColumnsFromHeader()
 {
-    if (m_applying)
+    // A header that still shows the previous statement has nothing to tell.
+    if (m_applying || m_dirty || !m_model->inStep())
         return;
     QHeaderView* h = horizontalHeader();
     ReportColumns& cols = m_engine.Columns();
@@ -327,6 +301,12 @@ void SimpleReport::syncColumnsFromHeader()
 void SimpleReport::autoSizeColumns(int column, int mode)
 {
     (void)mode;
+    if (m_dirty || !m_model->inStep()) {
+        // Columns of a statement the view does not show yet: sized when it does.
+        m_autoSizeColumn = m_autoSizePending && m_autoSizeColumn != column ? -1 : column;
+        m_autoSizePending = true;
+        return;
+    }
     if (column >= 0 && column < m_model->columnCount())
         resizeColumnToContents(column);
     else
@@ -338,10 +318,19 @@ void SimpleReport::autoSizeColumns(int column, int mode)
 
 void SimpleReport::repaint()
 {
+    if (!m_engine.autoRefresh()) {
+        m_dirty = true;
+        return;
+    }
+    m_dirty = false;
+    m_styles.clear();
     m_syncing = true;
-    const bool reset = m_model->refresh();
-    if (reset)
-        applyColumns();
+    m_model->refresh();
+    applyColumns();
+    if (m_autoSizePending) {
+        m_autoSizePending = false;
+        autoSizeColumns(m_autoSizeColumn, 0);
+    }
     m_syncing = false;
     syncCurrentRow();
     viewport()->update();
@@ -393,18 +382,48 @@ bool SimpleReport::eventFilter(QObject* watched, QEvent* event)
     static QPoint pressedAt;
     const bool press = event->type() == QEvent::MouseButtonPress;
     const bool release = event->type() == QEvent::MouseButtonRelease;
-    if (watched == horizontalHeader()->viewport() && (press || release)) {
+    QHeaderView* header = watched == horizontalHeader()->viewport() ? horizontalHeader()
+                          : watched == m_frozen->horizontalHeader()->viewport()
+                              ? m_frozen->horizontalHeader()
+                              : nullptr;
+    if (header && (press || release)) {
         const auto* me = static_cast<QMouseEvent*>(event);
         if (press) {
             pressedAt = me->position().toPoint();
         } else if ((me->position().toPoint() - pressedAt).manhattanLength() <
                    QApplication::startDragDistance()) {
-            const int section = horizontalHeader()->logicalIndexAt(me->position().toPoint());
+            const int section = header->logicalIndexAt(me->position().toPoint());
             if (section >= 0)
                 headerReleased(section, me->button());
         }
     }
+    if (watched == m_frozen->viewport() && event->type() == QEvent::ToolTip &&
+        showCellTip(static_cast<QHelpEvent*>(event), m_frozen))
+        return true;
     return QTableView::eventFilter(watched, event);
+}
+
+void SimpleReport::updateGeometries()
+{
+    QTableView::updateGeometries();
+    if (m_frozen)
+        m_frozen->place();
+}
+
+void SimpleReport::scrollTo(const QModelIndex& index, ScrollHint hint)
+{
+    const int sideways = horizontalScrollBar()->value();
+    QTableView::scrollTo(index, hint);
+    if (!index.isValid() || !m_frozen || m_frozen->frozenColumns().isEmpty())
+        return;
+    if (m_frozen->isFrozen(index.column())) {
+        // A frozen cell is always in sight: only the rows move.
+        horizontalScrollBar()->setValue(sideways);
+        return;
+    }
+    const int covered = m_frozen->frozenWidth() - visualRect(index).left();
+    if (covered > 0)
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() - covered);
 }
 
 void SimpleReport::headerReleased(int section, Qt::MouseButton button)
@@ -428,7 +447,7 @@ void SimpleReport::openHeaderMenu(int colIndex)
         m_engine.Resort(colIndex, name == QLatin1String("mnuSortAsc"));
         applyColumns();
     } else if (name == QLatin1String("mnuFind")) {
-        emit findDialog(colIndex);
+        FindDialog(objectName() == QLatin1String("SimpleReport"), false, colIndex);
     } else if (name == QLatin1String("mnuCopyAll") || name == QLatin1String("mnuCopySel")) {
         CopyToClipboard(name == QLatin1String("mnuCopySel"));
     } else if (name == QLatin1String("mnuAutoSize")) {
@@ -438,13 +457,40 @@ void SimpleReport::openHeaderMenu(int colIndex)
         cols[colIndex].hidden = 1;
         applyColumns();
     } else if (name == QLatin1String("mnuFix")) {
-        cols[colIndex].fixed = cols[colIndex].fixed == 2 ? 0 : 2;
+        toggleFixed(colIndex);
     } else if (name == QLatin1String("mnuFirst") || name == QLatin1String("mnuLast")) {
         syncColumnsFromHeader();
         const int to = name == QLatin1String("mnuFirst") ? 0 : cols.count() - 1;
         horizontalHeader()->moveSection(horizontalHeader()->visualIndex(colIndex), to);
     } else if (name == QLatin1String("mnuConfig")) {
-        emit editHeaders(colIndex);
+        EditHeaders(m_gbSource.isValid() ? ColumnEditor::kGBView : QString());
+    }
+}
+
+void SimpleReport::EditHeaders(const QString& tView)
+{
+    syncColumnsFromHeader();
+    frmColumnHeader dialog(this, tView, m_gbSource, this);
+    dialog.exec();
+}
+
+void SimpleReport::FindDialog(bool modal, bool useSelection, int column)
+{
+    try {
+        auto* dialog = new frmSearch(this, this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        const int start = column >= 0 ? column : m_engine.firstVisibleColumn();
+        dialog->setField(start);
+        if (useSelection && SelectedIndex() >= 0 && start < m_engine.Columns().count())
+            dialog->setSearchText(cellText(SelectedIndex(), start));
+        if (modal)
+            dialog->exec();
+        else
+            dialog->show();
+    } catch (const std::exception& e) {
+        platform::dialogs().msgBox(app::Translate(QStringLiteral("FindDialog-Fehler: ")) +
+                                       QString::fromLocal8Bit(e.what()),
+                                   platform::vbCritical);
     }
 }
 
@@ -511,7 +557,14 @@ void SimpleReport::mousePressEvent(QMouseEvent* event)
     QTableView::mousePressEvent(event);
     const QModelIndex i = indexAt(event->position().toPoint());
     if (i.isValid())
-        emit itemClick(i.row(), buttonCode(event->button()), shiftCode(event->modifiers()));
+        cellPressed(i, event->button(), event->modifiers());
+}
+
+void SimpleReport::cellPressed(const QModelIndex& index, Qt::MouseButton button,
+                               Qt::KeyboardModifiers mods)
+{
+    emit itemClick(index.row(), buttonCode(button), shiftCode(mods));
+    emit itemClickEx(index.row(), index.column(), buttonCode(button), shiftCode(mods));
 }
 
 void SimpleReport::mouseDoubleClickEvent(QMouseEvent* event)
@@ -537,54 +590,6 @@ void SimpleReport::showEvent(QShowEvent* event)
         m_engine.Load();
         repaint();
     }
-}
-
-// --- clipboard -----------------------------------------------------------------------------
-
-QString SimpleReport::ClipboardText(bool useSelection)
-{
-    QList<int> cols;
-    for (int c : m_engine.Columns().displayOrder())
-        if (m_engine.Columns()[c].hidden == 0)
-            cols << c;
-    QStringList line;
-    for (int c : cols)
-        line << oneLine(m_engine.Columns()[c].caption);
-    QString out = line.join(QLatin1Char('\t')) + QStringLiteral("\r\n");
-
-    QList<qint64> rows;
-    if (useSelection) {
-        for (const cListItem& item : SelectedItems())
-            rows << item.Row;
-    }
-    const qint64 n = useSelection ? rows.size() : m_engine.ItemCount();
-    m_copyStop = false;
-    for (qint64 i = 0; i < n; ++i) {
-        if (i > 0 && i % m_copyCheck == 0) {
-            QCoreApplication::processEvents();
-            if (m_copyStop) {
-                m_copyStop = false;
-                if (platform::dialogs().msgBox(
-                        app::Translate(QStringLiteral("Kopiervorgang abbrechen?")),
-                        platform::vbYesNo | platform::vbQuestion,
-                        QStringLiteral("Vellumdock-Report")) == platform::vbYes)
-                    return {};
-            }
-        }
-        const qint64 row = useSelection ? rows[int(i)] : i;
-        line.clear();
-        for (int c : cols)
-            line << oneLine(cellText(row, c));
-        out += line.join(QLatin1Char('\t')) + QStringLiteral("\r\n");
-    }
-    return out;
-}
-
-void SimpleReport::CopyToClipboard(bool useSelection)
-{
-    const QString text = ClipboardText(useSelection);
-    if (!text.isNull())
-        QApplication::clipboard()->setText(text);
 }
 
 } // namespace vd::controls
