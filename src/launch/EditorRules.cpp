@@ -5,9 +5,19 @@
 #include "platform/DialogService.h"
 #include "platform/Files.h"
 
+#include <QStandardPaths>
+
 namespace vd::launch {
 
 namespace {
+
+// A bare program name counts as a path when the start would find it on PATH.
+bool emulatorPathExists(const QString& path)
+{
+    if (platform::FileExists(path))
+        return true;
+    return !path.contains(u'/') && !QStandardPaths::findExecutable(path).isEmpty();
+}
 
 void inform(const QString& text)
 {
@@ -102,7 +112,7 @@ QString CheckEmulatorInput(const Emulators& emulators, const QString& emulKey, c
             if (e != current && e->Name == name)
                 return app::Translate(QStringLiteral("Dieser Name besteht schon!"));
     const bool pathChanged = !current || current->Path != path;
-    if (path.isEmpty() || (pathChanged && !platform::FileExists(path)))
+    if (path.isEmpty() || (pathChanged && !emulatorPathExists(path)))
         return app::Translate(QStringLiteral("Ungültiger Emulator-Pfad: ")) + path;
     return {};
 }

@@ -125,6 +125,10 @@ void TestEditorRules::emulatorInput()
     QCOMPARE(CheckEmulatorInput(emulators, "", "vice", program), QString());
     QCOMPARE(CheckEmulatorInput(emulators, "", "New", dir.path()),
              "Ungültiger Emulator-Pfad: " + dir.path());
+    // A bare program name passes when the start would find it on PATH.
+    QCOMPARE(CheckEmulatorInput(emulators, "", "Shell", "sh"), QString());
+    QCOMPARE(CheckEmulatorInput(emulators, "", "Shell", "no-such-emulator-x64"),
+             QString("Ungültiger Emulator-Pfad: no-such-emulator-x64"));
     // The unchanged placeholder path of a built-in emulator is not tested; a changed one is.
     QCOMPARE(CheckEmulatorInput(emulators, "1", "VICE", "VICE"), QString());
     QCOMPARE(CheckEmulatorInput(emulators, "1", "VICE", "/no/x64"),
