@@ -4,7 +4,7 @@ set -euo pipefail
 packages=(cmake g++ ninja-build ccache pkg-config
           qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev qt6-image-formats-plugins
           libsqlite3-dev libarchive-dev mdbtools-dev fonts-sixtyfour
-          cc1541 cbmconvert xvfb p7zip-full gcab)
+          cc1541 cbmconvert xvfb p7zip-full gcab mdbtools)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

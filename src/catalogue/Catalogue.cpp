@@ -31,6 +31,12 @@ void addVersionRow(db::Database& db, const QString& version)
     rs->close();
 }
 
+std::function<void(db::Database&)>& openedHook()
+{
+    static std::function<void(db::Database&)> hook;
+    return hook;
+}
+
 QString extensionOf(const QString& fileName)
 {
     const int dot = fileName.lastIndexOf(QLatin1Char('.'));
@@ -38,6 +44,11 @@ QString extensionOf(const QString& fileName)
 }
 
 } // namespace
+
+void setCatalogueOpenedHook(std::function<void(db::Database&)> hook)
+{
+    openedHook() = std::move(hook);
+}
 
 int compareVersionText(const QString& a, const QString& b)
 {
@@ -89,11 +100,10 @@ QString newCatalogue(const QString& chosenPath)
 
 QString CreateCatalogue()
 {
-    const QString chosen =
-        dialogs().saveFile(Translate(QStringLiteral("Neue Datenbank erstellen")),
-                           Translate(QStringLiteral("Datenbank")) + QStringLiteral("|*") +
-                               kCatalogueExtension,
-                           app::gDatabasePath);
+    const QString chosen = dialogs().saveFile(Translate(QStringLiteral("Neue Datenbank erstellen")),
+                                              Translate(QStringLiteral("Datenbank")) +
+                                                  QStringLiteral("|*") + kCatalogueExtension,
+                                              app::gDatabasePath);
     if (chosen.isEmpty())
         return {};
     app::gDialogPath = QFileInfo(chosen).absolutePath();
@@ -138,6 +148,8 @@ bool OpenCatalogueFile(QString& path, platform::Progress& progress)
                          platform::vbCritical);
         return false;
     }
+    if (openedHook())
+        openedHook()(*db);
     CloseCatalogue();
     app::gDB = std::move(db);
     return true;
@@ -234,7 +246,8 @@ void migrateStartCounts(db::Database& db, platform::Progress& progress)
         }
         if (file.isNull())
             continue;
-        const QString date = latest.isNull() ? QStringLiteral("Null") : FormatDateLiteral(latest.toDateTime());
+        const QString date =
+            latest.isNull() ? QStringLiteral("Null") : FormatDateLiteral(latest.toDateTime());
         db.execute(QStringLiteral("Update Category Set lStartCount=") + QString::number(sum) +
                    QStringLiteral(",tsLastStarted=") + date + QStringLiteral(" where ID=") +
                    file.toString());
@@ -247,17 +260,20 @@ bool CompactCatalogue()
 {
     const QString path = app::gDatabasePath;
     const int dot = path.lastIndexOf(QLatin1Char('.'));
-    const QString stem = dot < 0 || dot < path.lastIndexOf(QLatin1Char('/')) ? path + QLatin1Char('.')
-                                                                             : path.left(dot + 1);
+    const QString stem = dot < 0 || dot < path.lastIndexOf(QLatin1Char('/'))
+                             ? path + QLatin1Char('.')
+                             : path.left(dot + 1);
     const QString work = stem + QStringLiteral("MDR");
     const QString backup = stem + QStringLiteral("OLD");
     try {
         if (QFile::exists(work) && !QFile::remove(work))
             throw db::DbError(db::err::Engine, QStringLiteral("Could not delete '%1'.").arg(work));
         db::compactDatabase(path, work);
-        QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteOwner | QFile::ReadOwner);
+        QFile::setPermissions(path,
+                              QFile::permissions(path) | QFile::WriteOwner | QFile::ReadOwner);
         if (QFile::exists(backup) && !QFile::remove(backup))
-            throw db::DbError(db::err::Engine, QStringLiteral("Could not delete '%1'.").arg(backup));
+            throw db::DbError(db::err::Engine,
+                              QStringLiteral("Could not delete '%1'.").arg(backup));
         if (!QFile::rename(path, backup))
             throw db::DbError(db::err::Engine,
                               QStringLiteral("Could not rename '%1' to '%2'.").arg(path, backup));

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace vd::db {
 class Database;
 }
@@ -37,6 +39,10 @@ bool OpenCatalogueFile(QString& path, platform::Progress& progress = platform::n
 
 // Closes gDB if one is open.
 void CloseCatalogue();
+
+// Called with each catalogue just opened, before it becomes gDB: lets other subsystems teach it
+// what their statements need (the GameBase's "[;database=PATH]" form).
+void setCatalogueOpenedHook(std::function<void(db::Database&)> hook);
 
 // Compacts the (closed) catalogue at gDatabasePath through the ".MDR" work file, leaving the
 // previous file as ".OLD".

@@ -3,6 +3,7 @@
 #include "app/Globals.h"
 #include "app/Settings.h"
 #include "app/Translate.h"
+#include "catalogue/Catalogue.h"
 #include "catalogue/Database.h"
 #include "catalogue/DbError.h"
 #include "catalogue/Recordset.h"
@@ -56,15 +57,6 @@ bool versionAccepted(db::Database& gb)
 
 } // namespace
 
-void loadGameBaseSettings()
-{
-    const QString& s = app::kSectionGameBase;
-    gGameBaseDB = app::ReadIni(s, QStringLiteral("GameBaseDB"), kGameBaseHint);
-    gScreenshots = app::ReadIni(s, QStringLiteral("Screenshots"), QString());
-    gArchivOnlyGame = app::ReadIniFlag(s, QStringLiteral("ArchivOnlyGame"), QStringLiteral("1"));
-    gAdultContent = app::ReadIniFlag(s, QStringLiteral("AdultContent"), QStringLiteral("0"));
-}
-
 QString gameBaseDataFile(const QString& path, platform::Progress& progress, QString* error)
 {
     if (isSqliteFile(path))
@@ -114,6 +106,8 @@ bool OpenGameBase(bool force)
         if (file.isEmpty())
             throw db::DbError(0, error);
         gGB = db::Database::open(file);
+        // The GameBase's own statements name its tables with "[;database=PATH]." too.
+        installAttachResolver(*gGB);
     } catch (const db::DbError& e) {
         gGB.reset();
         platform::dialogs().msgBox(app::Translate(QStringLiteral("Init-Error GB64: ")) +
@@ -144,6 +138,11 @@ QString GetGameBasePictures(const QString& mdbPath)
     const QString folder =
         app::ReadIniFile(ini, QStringLiteral("Pictures"), QStringLiteral("1"), QString());
     return !folder.isEmpty() && QFileInfo(folder).isDir() ? folder : QString();
+}
+
+void connectCatalogues()
+{
+    catalogue::setCatalogueOpenedHook([](db::Database& db) { installAttachResolver(db); });
 }
 
 void installAttachResolver(db::Database& catalogue)

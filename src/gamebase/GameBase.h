@@ -26,7 +26,8 @@ extern bool gAdultContent;   // AdultContent
 // The open GameBase (its cache), or null while unconnected.
 extern std::unique_ptr<db::Database> gGB;
 
-// Reads the keys above from the section GAMEBASE (defaults when absent).
+// Reads every key of the section GAMEBASE (defaults when absent): the keys above and those of
+// GameBaseSettings.h.
 void loadGameBaseSettings();
 
 // The SQLite file that stands for a GameBase: the file itself when it is SQLite already, or
@@ -42,5 +43,9 @@ QString GetGameBasePictures(const QString& mdbPath);
 // Lets "[;database=PATH].Table" in the statements of `catalogue` reach the GameBase named
 // PATH through its data file.
 void installAttachResolver(db::Database& catalogue);
+
+// Makes every catalogue opened from now on resolve that form (the window and the command line
+// call it once at start).
+void connectCatalogues();
 
 } // namespace vd::gamebase

@@ -10,6 +10,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+// The one place outside the data layer that speaks to SQLite itself. The cache is our own file:
+// its rows go in through one prepared INSERT per table (a recordset per row would cost several
+// times as much for a whole GameBase), and the play statistics come over with one ATTACH and
+// UPDATE in SQLite's own dialect.
 #include <sqlite3.h>
 
 namespace vd::gamebase {
@@ -30,6 +34,24 @@ QString quoted(const QString& name)
 {
     return QLatin1Char('"') + QString(name).replace(QLatin1Char('"'), QStringLiteral("\"\"")) +
            QLatin1Char('"');
+}
+
+// A cache file with the journal files SQLite keeps beside it while it is open (a reader
+// leaves them behind). A journal must never outlive its file: on a new file of the same name
+// it would be replayed.
+const char* const kCompanions[] = {"", "-wal", "-shm"};
+
+void removeCacheFile(const QString& path)
+{
+    for (const char* suffix : kCompanions)
+        QFile::remove(path + QLatin1String(suffix));
+}
+
+void renameCacheFile(const QString& from, const QString& to)
+{
+    removeCacheFile(to);
+    for (const char* suffix : kCompanions)
+        QFile::rename(from + QLatin1String(suffix), to + QLatin1String(suffix));
 }
 
 // The keys and the foreign keys: every column named "..._Id" gets an index.
@@ -176,7 +198,7 @@ CacheResult buildCache(const QString& mdbPath, const QString& target, platform::
         result.tableRows.clear();
         return result;
     }
-    QFile::remove(target);
+    removeCacheFile(target);
     if (!QFile::rename(part, target)) {
         QFile::remove(part);
         result.error = QStringLiteral("The cache %1 cannot be written").arg(target);
@@ -231,14 +253,12 @@ CacheResult ensureCache(const QString& mdbPath, const QString& cacheFolder,
         {QStringLiteral("GB-%1-*.sqlite").arg(pathKey(mdbPath))}, QDir::Files, QDir::Time);
     const QString previous =
         rebuild && targetInfo.isFile() ? target + QStringLiteral(".old") : QString();
-    if (!previous.isEmpty()) {
-        QFile::remove(previous);
-        QFile::rename(target, previous);
-    }
+    if (!previous.isEmpty())
+        renameCacheFile(target, previous);
     CacheResult result = buildCache(mdbPath, target, progress);
     if (!result.ok) {
         if (!previous.isEmpty())
-            QFile::rename(previous, target);
+            renameCacheFile(previous, target);
         return result;
     }
     QString source = previous;
@@ -252,11 +272,11 @@ CacheResult ensureCache(const QString& mdbPath, const QString& cacheFolder,
     if (!source.isEmpty())
         carryPlayStatistics(source, target);
     if (!previous.isEmpty())
-        QFile::remove(previous);
+        removeCacheFile(previous);
     for (const QString& name : older) {
         const QString path = targetInfo.dir().filePath(name);
         if (path != target)
-            QFile::remove(path);
+            removeCacheFile(path);
     }
     return result;
 }

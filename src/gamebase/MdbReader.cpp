@@ -15,8 +15,9 @@ namespace vd::gamebase {
 
 namespace {
 
-// Longest text a field may hold when read; longer memos are cut here.
-constexpr size_t kBindSize = 256 * 1024;
+// Longest text a field may hold when read; longer memos are cut here. libmdb works in buffers
+// of this size while it converts values; at 256 KiB the cache was built about a fifth slower.
+constexpr size_t kBindSize = 128 * 1024;
 // Four-digit years, so that the text sorts in time order as the data layer expects.
 constexpr char kDateFormat[] = "%Y-%m-%d %H:%M:%S";
 // 1 Jan 100 to 31 Dec 9999, the range Jet keeps dates in.

@@ -196,9 +196,26 @@ qint64 clsFileManager::archiveRule(const QString& sName, const QString& sPath, i
         sArchivePath = sPath;
     if (folder.isEmpty())
         return 0;
-    // The GameBase look-up of archives (ConnectFilesToGB) joins here with the GameBase
-    // connection; until then no search is started for an archive.
-    return ScanArchiveFolder(folder, sUnpackPath, lFlags | kFlagImportList);
+    // An archive that is a game of the GameBase is read with a search for the game's own
+    // entry (FileToRun at FileNameIndex, counted from 1 here).
+    const std::optional<GameMatch> game = findGame(sName);
+    if (game)
+        InitSearch(true, options.ArchivOnlyGame, game->fileToRun, game->fileNameIndex + 1);
+    qint64 result = 0;
+    try {
+        result = ScanArchiveFolder(folder, sUnpackPath, lFlags | kFlagImportList);
+    } catch (...) {
+        // A search left on would filter the files the batch reads next.
+        if (game)
+            InitSearch(false, false, {}, 0);
+        throw;
+    }
+    if (game) {
+        if (lFoundC64FileID != 0)
+            SetGBInfos(game->id, game->name, game->genre);
+        InitSearch(false, false, {}, 0);
+    }
+    return result;
 }
 
 qint64 clsFileManager::ScanArchiveFolder(const QString& sFolder, const QString& sRelPathIn,

@@ -4,6 +4,7 @@
 #include "app/Translate.h"
 #include "catalogue/Database.h"
 #include "formats/FileBytes.h"
+#include "gamebase/GameBase.h"
 #include "import/clsFileManager.h"
 
 #include <QDir>
@@ -50,7 +51,10 @@ BatchResult ImportBatch::run(int iMode, const QString& sParam)
     const qint64 entriesBefore = m_fm.lC64FileCount;
     const qint64 filesBefore = m_fm.lCategoryCount;
     m_fm.InitSearch(false, false, {}, 0);
-    // The GameBase is connected here once it exists (ConnectFilesToGB).
+    // Archives are matched with the GameBase: it is connected now (silently when no file is
+    // set).
+    if (m_fm.options.ConnectFilesToGB)
+        gamebase::OpenGameBase(false);
     m_flags = 0;
     if (m_fm.options.RefreshC64Files)
         m_flags = kFlagRefresh + (m_fm.options.SerachArchivFiles ? kFlagRefreshArchives : 0);

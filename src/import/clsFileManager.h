@@ -9,6 +9,7 @@
 #include "import/ImportOptions.h"
 
 #include <memory>
+#include <optional>
 #include <QDateTime>
 #include <QHash>
 #include <QObject>
@@ -82,6 +83,11 @@ public:
     // Starts (or with bSearch false ends) a search for one entry of a named file, and re-arms
     // archives.
     void InitSearch(bool search, bool searchIndex, const QString& name, int index);
+
+    // Links what the search found to a GameBase game: GB_ID on the entry lFoundC64FileID, on
+    // the text entry lFoundTextID and on their files, the game's name as their tProgram, the
+    // game's genre as their user category. A failing step ends it silently.
+    void SetGBInfos(qint64 lGameID, const QString& sGameName, qint64 lGenreID);
 
     // True when sExpected equals sHeader upper-cased; otherwise "Fehlerhaftes C64-File: " and
     // the file's name text go to the result list.
@@ -167,6 +173,24 @@ private:
     qint64 textRule(const QString& sName, const QString& sPath, int& lFlags, qint64& lID);
     qint64 archiveRule(const QString& sName, const QString& sPath, int lFlags,
                        const QString& sUnpack, bool bExtracted);
+
+    // The GameBase matching of archives (FileManagerGameBase.cpp): the first game whose
+    // Filename ends in the archive's name, when ConnectFilesToGB is on, no search runs and a
+    // GameBase is open.
+    struct GameMatch
+    {
+        qint64 id = 0;
+        QString name;
+        QString fileToRun;
+        int fileNameIndex = 0;
+        qint64 genre = 0;
+    };
+    std::optional<GameMatch> findGame(const QString& sName);
+    void writeGameInfos(qint64 lGameID, const QString& sGameName, qint64 lGenreID);
+    bool linkEntry(qint64 id, qint64 lGameID, const QString& sGameName, bool hasUser,
+                   qint64 userCategory);
+    void linkTextEntry(qint64 id, qint64 lGameID, const QString& sGameName, bool hasUser,
+                       qint64 userCategory);
     qint64 reconcile(qint64 result, int lFlags, qint64 lID);
 
     // Archive handling (FileManagerArchives.cpp).

@@ -2,11 +2,13 @@
 // reach the GameBase's tables.
 
 #include "app/Globals.h"
+#include "catalogue/Catalogue.h"
 #include "catalogue/Database.h"
 #include "catalogue/Recordset.h"
 #include "gamebase/GameBase.h"
 #include "platform/DialogService.h"
 #include "platform/ScriptedDialogService.h"
+#include "support/CatalogueFixture.h"
 #include "support/GameBaseFixture.h"
 
 #include <QDir>
@@ -180,14 +182,20 @@ private slots:
 
     void catalogueStatementsReachTheGameBase()
     {
+        // The way the window and the command line go: every catalogue opened learns the form.
         test::GameBaseFixture gb;
         gb.close();
-        auto catalogue = db::Database::openMemory();
-        gamebase::installAttachResolver(*catalogue);
+        test::CatalogueFixture fixture(false);
+        fixture.close();
+        gamebase::connectCatalogues();
+        QString path = fixture.path();
+        QVERIFY(catalogue::OpenCatalogueFile(path));
         const QString sql =
             QStringLiteral("Select Count(*) From [;database=%1].Games where Adult=0");
-        QCOMPARE(scalar(*catalogue, sql.arg(gb.path())).toInt(),
+        QCOMPARE(scalar(*app::gDB, sql.arg(gb.path())).toInt(),
                  test::GameBaseFixture::kGameCount - test::GameBaseFixture::kAdultGameCount);
+        catalogue::CloseCatalogue();
+        catalogue::setCatalogueOpenedHook({});
     }
 
     void anMdbIsReachedThroughItsCache()
@@ -198,12 +206,18 @@ private slots:
         const QString mdb = QDir(root).filePath(QStringLiteral("mdb/nwind.mdb"));
         if (!QFileInfo(mdb).isFile())
             QSKIP("The folder of real Access files (testdata/mdb) is absent.");
-        auto catalogue = db::Database::openMemory();
-        gamebase::installAttachResolver(*catalogue);
-        QCOMPARE(scalar(*catalogue,
+        // An .mdb cannot be attached as it is: only its cache answers.
+        test::CatalogueFixture fixture(false);
+        fixture.close();
+        gamebase::connectCatalogues();
+        QString path = fixture.path();
+        QVERIFY(catalogue::OpenCatalogueFile(path));
+        QCOMPARE(scalar(*app::gDB,
                         QStringLiteral("Select Count(*) From [;database=%1].Products").arg(mdb))
                      .toInt(),
                  77);
+        catalogue::CloseCatalogue();
+        catalogue::setCatalogueOpenedHook({});
         QCOMPARE(
             QDir(app::gCachePath).entryList({QStringLiteral("GB-*.sqlite")}, QDir::Files).size(),
             1);

@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <sqlite3.h>
 
 using namespace vd;
 
@@ -44,7 +45,7 @@ public:
 #define NEED_REAL_FILES()                                                                          \
     do {                                                                                           \
         if (!haveRealFiles())                                                                      \
-            QSKIP("The folder of real Access files (testdata/mdb) is absent.");                   \
+            QSKIP("The folder of real Access files (testdata/mdb) is absent.");                    \
     } while (false)
 
 class TestGameBaseCache : public QObject
@@ -279,6 +280,33 @@ private slots:
         QVERIFY(changed.path != first.path);
         QVERIFY(!QFile::exists(first.path));
         QCOMPARE(QDir(cacheDir).entryList(QDir::Files).size(), 1);
+    }
+
+    void aRebuiltCacheTakesNoJournalOfTheOldOne()
+    {
+        NEED_REAL_FILES();
+        QTemporaryDir dir;
+        const QString mdb = dir.filePath(QStringLiteral("copy.mdb"));
+        QVERIFY(
+            QFile::copy(QDir(mdbFolder()).filePath(QStringLiteral("DateTestDatabase.mdb")), mdb));
+        const QString cacheDir = dir.filePath(QStringLiteral("Cache"));
+        const QString cache = gamebase::ensureCache(mdb, cacheDir, platform::noProgress()).path;
+        // A journal that a crash left beside the cache: its pages hold a table "Stale".
+        sqlite3* h = nullptr;
+        QCOMPARE(sqlite3_open(cache.toUtf8().constData(), &h), SQLITE_OK);
+        for (const char* sql : {"PRAGMA journal_mode=WAL", "PRAGMA wal_autocheckpoint=0",
+                                "CREATE TABLE Stale(x)", "INSERT INTO Stale VALUES (1)"})
+            QCOMPARE(sqlite3_exec(h, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+        const QString wal = cache + QStringLiteral("-wal");
+        QVERIFY(QFile::copy(wal, wal + QStringLiteral(".kept")));
+        sqlite3_close(h);
+        QFile::remove(wal);
+        QVERIFY(QFile::rename(wal + QStringLiteral(".kept"), wal));
+
+        QVERIFY(gamebase::ensureCache(mdb, cacheDir, platform::noProgress(), true).ok);
+        auto rebuilt = db::Database::open(cache);
+        QCOMPARE(rebuilt->tableNames(), QStringList{"DateTest"});
+        QCOMPARE(scalar(*rebuilt, QStringLiteral("Select Count(*) From DateTest")).toInt(), 6);
     }
 
     void playStatisticsAreCarriedOver()
