@@ -1,9 +1,13 @@
 #include "app/cli/Cli.h"
 
+#include "app/cli/BatchCommands.h"
 #include "app/cli/CatalogueCommands.h"
+#include "app/cli/GameBaseCommands.h"
 #include "app/cli/ImportCommands.h"
 #include "app/cli/LaunchCommands.h"
+#include "app/cli/ListCommands.h"
 #include "catalogue/DbError.h"
+#include "gamebase/GameBase.h"
 #include "platform/ProgramFolder.h"
 
 #include <exception>
@@ -46,6 +50,40 @@ constexpr Command kCommands[] = {
      "its profile and prints the status text. --dry-run prints the program, the working folder "
      "and each argument on a line of its own instead of starting, and counts nothing.",
      2, 5, startCommand},
+    {"gamebase", "check FILE | cache FILE [--rebuild] | connect CATALOGUE [--gamebase FILE]",
+     "check tests a GameBase file as the program does and prints its version and number of "
+     "games; cache builds the SQLite cache of an Access GameBase in the Cache folder (when it "
+     "is missing or out of date, always with --rebuild) and prints its path and each table's "
+     "rows; connect reads every catalogued ZIP file without a game again and links it to the "
+     "game whose Filename ends in its name (the GameBase of the settings, or FILE), printing "
+     "each link and the result lines.",
+     2, 4, gamebaseCommand},
+    {"check", "CATALOGUE [--delete-missing | --new-path DIR [--old-path PATH]]",
+     "Looks for every catalogued file on disk and prints those not found, then the result "
+     "lines. --delete-missing removes the files not found from the catalogue; --new-path "
+     "looks for them in DIR and its subfolders, by name or, with --old-path, at their path "
+     "with PATH replaced by DIR, and stores the new paths.",
+     1, 5, checkCatalogueCommand},
+    {"compact", "CATALOGUE",
+     "Compacts the catalogue; the previous file stays beside it with the extension \".OLD\".", 1, 1,
+     compactCommand},
+    {"md5", "CATALOGUE ID...",
+     "Creates the missing MD5 sums of the catalogued files with these ids (Category) and "
+     "prints each new sum, then the number of files.",
+     2, -1, md5Command},
+    {"export-dirs", "CATALOGUE ID... [--to DIR]",
+     "Saves the directory of each D64, D71, G64 and D81 file with these ids (Category) as "
+     "\"<name>.txt\" (size, name and type of each entry, tab-separated) beside the file or in "
+     "DIR, and prints each file written, then the number of files.",
+     2, -1, exportDirsCommand},
+    {"list",
+     "CATALOGUE [--view N] [--name T] [--file T] [--path T] [--new] [--filter NAME] [--node ID]",
+     "Prints the rows the main window's list shows: view N (1 files, 2 disks and tapes, 3 "
+     "categories, 4 new files, 5 last started, 6 top 100), narrowed by the search boxes "
+     "(entry name, file name, path), the new-files box and a filter by name, for the tree "
+     "node ID (a file or category; none for the root). Visible columns in display order, "
+     "tab-separated, after a header line.",
+     1, 15, listCommand},
 };
 
 const Command* findCommand(const QString& name)
@@ -141,6 +179,7 @@ int runCli(const QStringList& arguments, const QString& executableFolder, Output
     if (args.isEmpty())
         return usageError(io, QStringLiteral("No command given."));
     const Command* command = findCommand(args[0]);
+    gamebase::connectCatalogues(); // "[;database=PATH]" in catalogue statements
     if (!command)
         return usageError(io, QStringLiteral("Unknown command: %1").arg(args[0]));
     const QStringList commandArguments = args.mid(1);

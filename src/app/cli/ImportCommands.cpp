@@ -9,8 +9,10 @@
 #include "catalogue/Recordset.h"
 #include "catalogue/RowOps.h"
 #include "formats/Listing.h"
+#include "gamebase/GameBase.h"
 #include "import/clsFileManager.h"
 #include "import/ImportBatch.h"
+#include "import/ImportSettings.h"
 #include "platform/Files.h"
 
 #include <QElapsedTimer>
@@ -183,17 +185,9 @@ void printDirectory(qint64 id, Output& io)
 } // namespace
 
 import::ImportOptions importOptionsFromSettings(){app::loadSettings();
-import::ImportOptions o;
-o.ImportFiles = app::gImportFiles;
-o.CreateMd5Hash = app::gCreateMd5Hash;
-o.CheckC64Files = app::gCheckC64Files;
-o.RefreshC64Files = app::gRefreshC64Files;
-o.SerachArchivFiles = app::gSerachArchivFiles;
-o.ConnectFilesToGB = app::gConnectFilesToGB;
-o.SkipZipSize = app::gSkipZipSize;
-o.ArchivOnlyGame =
-    app::ReadIniFlag(app::kSectionGameBase, QStringLiteral("ArchivOnlyGame"), QStringLiteral("1"));
-return o;
+// The GameBase that archives are matched with (ConnectFilesToGB) is the one of the settings.
+gamebase::loadGameBaseSettings();
+return import::importOptionsInForce();
 } // namespace vd::cli
 
 int importCommand(const QStringList& arguments, Output& io)

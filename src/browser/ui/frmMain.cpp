@@ -10,6 +10,12 @@
 #include "app/ui/WindowGeometry.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/DbError.h"
+#include "controls/ui/UserTree.h"
+#include "gamebase/GameBase.h"
+#include "gamebase/GameBaseSettings.h"
+#include "import/clsFileManager.h"
+#include "import/ui/frmProcess.h"
+#include "launch/Profiles.h"
 #include "platform/DialogService.h"
 
 #include <cmath>
@@ -19,7 +25,6 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QFrame>
-#include <QProgressDialog>
 #include <QSplitter>
 #include <QTimer>
 #include <QToolBar>
@@ -176,6 +181,7 @@ void frmMain::Form_QueryUnload()
     closeSideWindows();
     // From here on errors are ignored: the closing goes on.
     try {
+        gamebase::CloseGameBase();
         catalogue::CloseCatalogue();
         if (m_entries.value(QStringLiteral("mnuCompactDB"))->isChecked() &&
             !app::gDatabasePath.isEmpty())
@@ -188,14 +194,11 @@ void frmMain::compactAtExit()
 {
     setUpdatesEnabled(false);
     treeMain->hide();
-    QProgressDialog progress(Translate(QStringLiteral("Datenbank wird komprimiert...")), QString(),
-                             0, 0, this);
-    progress.setWindowModality(Qt::ApplicationModal);
-    progress.setMinimumDuration(0);
-    progress.show();
-    QCoreApplication::processEvents();
-    catalogue::CompactCatalogue();
-    progress.close();
+    // The batch window in mode 3: a small window that the user can't close.
+    if (gFileManager)
+        import::frmProcess::Run(*gFileManager, this, import::kModeCompact, QString());
+    else
+        catalogue::CompactCatalogue();
     setUpdatesEnabled(true);
 }
 
@@ -233,12 +236,21 @@ void frmMain::storeSettingsOfWindow()
 
 // ---- Places of later work, called in the designed order -------------------------------------
 
-// Load step 5: the importer object gFileManager is made here by the import subsystem.
-void frmMain::createFileManager() {}
+// Load step 5: the importer object, which lives as long as the window.
+void frmMain::createFileManager()
+{
+    if (!gFileManager)
+        gFileManager = new import::clsFileManager(this);
+}
 
-// Load step 12: the keys of GAMEBASE are read here by the GameBase connection. Until then the
-// section passes through the settings file unchanged.
-void frmMain::loadGameBaseSettings() {}
+// Load step 12: every key of GAMEBASE; the section is written back whole at the end. The
+// GameBase itself is opened when a command or an import first needs it.
+void frmMain::loadGameBaseSettings()
+{
+    gamebase::loadGameBaseSettings();
+    gamebase::InstallGameBaseWriter();
+    gamebase::connectCatalogues();
+}
 
 // Load step 13: the entries of mnuLang, one for each language file in gLangPath, are added
 // here with the language files. Until then German is the one language.
@@ -249,30 +261,17 @@ void frmMain::loadLanguageMenu()
 
 // Load step 14 and each change of language: checking LanguageFile, loading it, the translated
 // global words and the translation of the open forms come with the language files.
-void frmMain::SetupLanguage() {}
+void frmMain::SetupLanguage()
+{
+    launch::SetEmulTypeNames(); // step 3: "Sonstige", the first emulator type
+}
 
-// Load step 15: lvViews, lvSearch, lvStart and lvFilter get their rows with the catalogue
-// browser's side lists, in fraMain above and below the search boxes.
-void frmMain::setupSideLists() {}
-
-// Load step 16: the catalogue filters of MAIN, the default filters and "Bilder" for files
-// older than 3.4, CreateFilter and LastFilterRow come with the filters.
-void frmMain::loadCatalogueFilters() {}
+// Load steps 15, 16 and 26: frmMainViews.cpp.
 
 // Load step 17: the GameBase filters come with the GameBase views.
 void frmMain::loadGameBaseFilters() {}
 
-// Load step 21: emulators and profiles with their migrations, and the default emulators when
-// no profile exists, come with the launcher.
-void frmMain::loadEmulatorsAndProfiles() {}
-
-// Load step 22: the profile of each start extension and the rows of lvStart come with the
-// launcher.
-void frmMain::loadExtensionProfiles() {}
-
-// Load step 26: the image list imgMain of treeMain, lstMain and lstMainFiles comes with those
-// controls.
-void frmMain::setupImageLists() {}
+// Load steps 21 and 22, emulators, profiles and lvStart: frmMainStart.cpp.
 
 // First activation, step 4: on a first run the set-up wizard frmWizard is shown here, modal,
 // with this window as owner. Until the wizard exists the window stays empty and waiting.

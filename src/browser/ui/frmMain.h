@@ -7,12 +7,15 @@
 // designed order.
 
 #include "app/ui/CbmFont.h"
+#include "browser/ViewBuilder.h"
 
 #include <array>
 #include <functional>
 #include <QHash>
+#include <QIcon>
 #include <QMainWindow>
 #include <QStringList>
+#include <QVector>
 
 class QAction;
 class QCheckBox;
@@ -22,9 +25,21 @@ class QLabel;
 class QMenu;
 class QPushButton;
 class QSplitter;
+class QStackedWidget;
 class QTimer;
 class QToolBar;
 class QToolButton;
+class QTreeWidget;
+
+namespace vd::import {
+class clsFileManager;
+}
+
+namespace vd::controls {
+class ReportView;
+class SimpleReport;
+class UserTree;
+} // namespace vd::controls
 
 namespace vd::browser {
 
@@ -58,12 +73,30 @@ public:
     // view number and the search texts it used are kept, and viewBuilt() is emitted.
     void BuildView(int mode, int withCategory, int keepTree);
 
+    // Starting (frmMainStart.cpp). StartSelected starts the item `id` (0: the selection, the
+    // tag of INFO) with the profile `profilKey` ("" for the profile of its extension), shows
+    // the result in the status bar and, in the views ordered by starts, reads the views anew.
+    void StartSelected(const QString& profilKey, qint32 id = 0);
+    // Fills lvStart, the entries of mnuProfil and the drop-down of the toolbar button "Start"
+    // with the active profiles; after the profiles changed.
+    void BuildStartMenu();
+    // gFileManager, the one importer object of the run.
+    vd::import::clsFileManager* fileManager() const { return gFileManager; }
+
+    // The import commands (frmMainBatch.cpp), each in frmProcess. mnuAddFile asks for a file,
+    // starting in `startFolder` when given, and imports it (mode 5); mnuAddDir asks for a
+    // folder, or takes the one given (a recent-folders entry), and imports it (mode 1).
+    void mnuAddFile_Click(const QString& startFolder = {});
+    void mnuAddDir_Click(const QString& folder = {});
+
     // What the tests and the neighbours look at.
     bool firstActivationPending() const { return bFirstActivate; }
     bool firstRunSeen() const { return m_firstRunSeen; }
     bool unloaded() const { return m_unloaded; }
     int viewMode() const { return iViewMode; }
     QStringList searchTexts() const { return sSearchText; }
+    // The statements of the last BuildView, for the tree and the lists.
+    const ViewSql& viewSql() const { return m_viewSql; }
     QString infoTag() const;
     QLabel* statusPanel(const QString& key) const;
     QAction* toolbarButton(const QString& key) const;
@@ -72,6 +105,13 @@ public:
     QCheckBox* newFilesBox() const { return chkNewFiles; }
     QSplitter* splitter(const QString& name) const;
     const app::CbmFontSetup& fontSetup() const { return m_font; }
+    // The tree, the lists and the side lists of the views and filters.
+    controls::UserTree* tree() const { return treeMain; }
+    controls::ReportView* list() const { return lstMain; }
+    controls::SimpleReport* filesList() const { return lstMainFiles; }
+    QTreeWidget* viewsList() const { return lvViews; }
+    QTreeWidget* filterList() const { return lvFilter; }
+    int filterKey() const { return iFilterKey; }
 
 signals:
     // BuildView ran (each query of the views).
@@ -123,6 +163,20 @@ private:
     double splitPosition(const QSplitter* split, double previous) const;
     void showCaption();
 
+    // Starting (frmMainStart.cpp)
+    QTreeWidget* buildStartList(QWidget* panel);
+    void connectStartCommands();
+    void installLaunchHooks();
+    void enableStartList(bool enabled);
+    void refreshStartedViews();
+
+    // Batch commands (frmMainBatch.cpp)
+    void connectBatchCommands();
+    void mnuCheckFiles_Click();
+    // Runs frmProcess modally; reads the views anew when the catalogue changed.
+    int runProcess(int mode, const QString& param);
+    void rememberImportFolder(const QString& folder);
+
     // Catalogues (frmMainCatalogue.cpp)
     void mnuNewDB_Click();
     void mnuOpenDB_Click();
@@ -147,11 +201,27 @@ private:
     void ShowStatus(const QString& text);
     void treeSelectionAfterSearch();
 
+    // The tree, the lists and the side lists (frmMainViews.cpp)
+    void buildViewControls();
+    QTreeWidget* buildSideList(QWidget* panel, const QString& name, const QString& title);
+    void fillViewsList();
+    void fillFilterList();
+    void lvViews_Click(int row);
+    void lvFilter_Click(int row);
+    void mnuView_Click(int index);
+    void feedViewControls(int keepTree);
+    void showMainFiles(bool on);
+    void treeMain_SelectionChange();
+    void treeMain_DblClick();
+    void ShowCounts(bool force);
+    void showDuration(qint64 ms);
+
     // Form fields
     bool bFirstActivate = true;
     app::CbmFontSetup m_font; // sFontFile: the font file added for this run
     int iViewMode = 1;
     QStringList sSearchText;   // the search texts BuildView used last, then chkNewFiles
+    ViewSql m_viewSql;         // what BuildView built last
     QTimer* moTimer = nullptr; // the 800 ms debounce of the search boxes
     bool m_firstRunSeen = false;
     bool m_unloaded = false;
@@ -165,8 +235,25 @@ private:
     QSplitter* splitPreview = nullptr;
     QSplitter* splitList = nullptr;
     QFrame* fraMain = nullptr;
-    QFrame* treeMain = nullptr;  // the place of the tree control
-    QFrame* lstMain = nullptr;   // the place of the list control
+    controls::UserTree* treeMain = nullptr;
+    controls::ReportView* lstMain = nullptr;
+    controls::SimpleReport* lstMainFiles = nullptr; // view 2
+    QStackedWidget* m_listPages = nullptr;          // splitList, or lstMainFiles in view 2
+    QTreeWidget* lvViews = nullptr;
+    QTreeWidget* lvFilter = nullptr;
+    // What UpdateActions found selected, and so which commands are on.
+    struct Selection
+    {
+        bool bDelete = false;
+        bool bDetails = false;
+        bool bFile = false;
+        bool bStart = false;
+        int iType = 0;
+    };
+    Selection m_selection;
+    int iFilterKey = 0;          // key of the selected filter, 0 for none
+    bool bRefreshing = false;    // BuildView runs the tree's selection handler itself
+    QVector<QIcon> m_icons;      // imgMain: icon n is entry n - 1
     QFrame* Container = nullptr; // the place of the preview
     std::array<QComboBox*, 3> cboSearch{};
     QCheckBox* chkNewFiles = nullptr;
@@ -174,6 +261,9 @@ private:
     QHash<QString, QAction*> m_entries; // menu entries by name (mnuNewDB, ...)
     QHash<QString, QAction*> m_buttons; // toolbar buttons by key (NewDB, ...)
     QHash<QString, QLabel*> m_panels;   // status panels by key (INFO, ...)
+    QTreeWidget* lvStart = nullptr;     // the active profiles
+    QList<QAction*> m_profilEntries;    // mnuProfil(1), ...: one for each active profile
+    vd::import::clsFileManager* gFileManager = nullptr; // owned by the window
 };
 
 } // namespace vd::browser

@@ -8,6 +8,9 @@
 #include "browser/ui/frmMain.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/Database.h"
+#include "controls/ui/UserTree.h"
+#include "import/clsFileManager.h"
+#include "import/ui/frmProcess.h"
 #include "platform/DialogService.h"
 #include "platform/Files.h"
 
@@ -41,7 +44,14 @@ void frmMain::OpenCatalogue(const QString& path, bool& ok)
     }
     SaveColumnLayout();
     QString opened = path;
-    if (catalogue::OpenCatalogueFile(opened)) {
+    // An old catalogue's upgrade shows the batch window of mode 6 while it runs.
+    std::unique_ptr<platform::Progress> upgrade;
+    if (gFileManager)
+        upgrade = import::frmProcess::UpgradeProgress(*gFileManager, this);
+    const bool opening =
+        catalogue::OpenCatalogueFile(opened, upgrade ? *upgrade : platform::noProgress());
+    upgrade.reset();
+    if (opening) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         app::gDatabasePath = opened;
         showCaption();
@@ -49,6 +59,8 @@ void frmMain::OpenCatalogue(const QString& path, bool& ok)
         ok = true;
         // The tree and the lists take gDB, the importer counts its rows and lvViews selects
         // the row of the view here, with those subsystems.
+        if (gFileManager)
+            gFileManager->InitCount(); // what counts as new starts here
         BuildView(0, 0, 0);
         if (!app::gDatabases.contains(app::gDatabasePath)) {
             app::AddRecent(app::gDatabases, app::gDatabasePath);
@@ -123,7 +135,8 @@ void frmMain::enableByCatalogue()
     const bool on = app::gDB != nullptr;
     for (const char* name :
          {"mnuAddDir", "mnuAddFile", "mnuFlipList", "mnuCompactDB", "mnuCheckFiles", "mnuFilter",
-          "mnuGB", "mnuExtras", "mnuOpenPreview", "mnuPreview"})
+          "mnuGB", "mnuExtras", "mnuOpenPreview", "mnuPreview", "mnuView0", "mnuView1", "mnuView2",
+          "mnuView3", "mnuView4", "mnuView5"})
         setEntryEnabled(QString::fromUtf8(name), on);
     SetSearchEnabled(on);
     for (const char* key : {"AddFile", "AddDir", "Action", "GB", "Filter"})
@@ -165,8 +178,14 @@ void frmMain::arrangeRecentMenus()
 
 void frmMain::recentChosen(const QString& buttonKey, const QString& path)
 {
-    if (buttonKey != QLatin1String("OpenDB"))
-        return; // AddDir and AddFile import from their folders with the import commands
+    if (buttonKey == QLatin1String("AddDir")) {
+        mnuAddDir_Click(path); // imports that folder at once
+        return;
+    }
+    if (buttonKey == QLatin1String("AddFile")) {
+        mnuAddFile_Click(path); // the file dialog starts there
+        return;
+    }
     OpenCatalogueDialog(path);
     if (app::gDatabasePath == path) {
         app::AddRecent(app::gDatabases, path);

@@ -18,10 +18,12 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
 #include <QToolButton>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace vd::browser {
@@ -273,10 +275,13 @@ void frmMain::buildPanes()
     buildSearchPanel(fraMain);
     splitPreview = new QSplitter(Qt::Horizontal, splitMenu);
     splitPreview->setObjectName(QStringLiteral("splitPreview"));
-    splitList = new QSplitter(Qt::Horizontal, splitPreview);
+    // splitPreview's first pane is splitList, or lstMainFiles in view 2: one page of a stack.
+    m_listPages = new QStackedWidget(splitPreview);
+    m_listPages->setObjectName(QStringLiteral("listPages"));
+    splitList = new QSplitter(Qt::Horizontal, m_listPages);
     splitList->setObjectName(QStringLiteral("splitList"));
-    treeMain = placeFrame(QStringLiteral("treeMain"), splitList);
-    lstMain = placeFrame(QStringLiteral("lstMain"), splitList);
+    m_listPages->addWidget(splitList);
+    buildViewControls();
     Container = placeFrame(QStringLiteral("Container"), splitPreview);
     Container->setAutoFillBackground(true);
     for (QSplitter* split : {splitMenu, splitPreview, splitList}) {
@@ -293,6 +298,10 @@ void frmMain::buildSearchPanel(QFrame* panel)
     // with the catalogue browser's views; the search boxes are here already.
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(2, 2, 2, 2);
+    lvViews = buildSideList(panel, QStringLiteral("lvViews"), QStringLiteral("Ansicht"));
+    layout->addWidget(lvViews);
+    lvFilter = buildSideList(panel, QStringLiteral("lvFilter"), QStringLiteral("Filter"));
+    layout->addWidget(lvFilter);
     for (size_t i = 0; i < cboSearch.size(); ++i) {
         auto* box = new QComboBox(panel);
         box->setObjectName(QStringLiteral("cboSearch%1").arg(i));
@@ -308,7 +317,7 @@ void frmMain::buildSearchPanel(QFrame* panel)
     cmdStopSearch->setObjectName(QStringLiteral("cmdStopSearch"));
     cmdStopSearch->setEnabled(false);
     layout->addWidget(cmdStopSearch);
-    layout->addStretch(1);
+    layout->addWidget(buildStartList(panel), 1); // lvStart, at the foot of the panel
 }
 
 void frmMain::setCommand(const QString& name, std::function<void()> handler)
@@ -354,6 +363,11 @@ void frmMain::connectCommands()
     button("NewDB", "mnuNewDB");
     button("OpenDB", "mnuOpenDB");
     button("Exit", "mnuExit");
+    connectStartCommands();
+    button("Start", "mnuStart");
+    connectBatchCommands();
+    button("AddFile", "mnuAddFile");
+    button("AddDir", "mnuAddDir");
 
     for (size_t i = 0; i < cboSearch.size(); ++i) {
         QComboBox* box = cboSearch[i];

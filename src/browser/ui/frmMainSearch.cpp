@@ -3,9 +3,17 @@
 
 #include "browser/ui/frmMain.h"
 
+#include "app/Globals.h"
+#include "app/Settings.h"
+#include "browser/Filters.h"
+#include "catalogue/Database.h"
+#include "import/clsFileManager.h"
+
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -105,49 +113,66 @@ void frmMain::SetSearchEnabled(bool enabled)
 
 void frmMain::BuildView(int mode, int withCategory, int keepTree)
 {
-    (void)withCategory;
-    (void)keepTree;
+    if (app::gDatabasePath.isEmpty() || !app::gDB)
+        return;
+    QElapsedTimer duration; // step 2
+    duration.start();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
     if (mode > 0)
         iViewMode = mode;
-    // The SQL of the view and the setup of the tree and the lists come with the view builder.
     // Step 7: the search texts used, and chkNewFiles behind them.
     sSearchText.clear();
     for (const QComboBox* box : cboSearch)
         sSearchText << box->currentText();
     sSearchText << checkText(chkNewFiles);
     cmdStopSearch->setEnabled(HasSearch());
+    chkNewFiles->setEnabled(iViewMode != kViewNewFiles); // step 9
+
+    ViewInput in;
+    in.view = iViewMode;
+    in.filter = iFilterKey != 0 ? gFilters.find(iFilterKey) : nullptr; // step 14
+    for (size_t i = 0; i < cboSearch.size(); ++i)
+        in.search[i] = cboSearch[i]->currentText();
+    in.newFiles = chkNewFiles->isChecked();
+    in.withCategory = withCategory != 0;
+    in.treeSubItems = m_entries.value(QStringLiteral("mnuTreeOhnePlusMinus"))->isChecked();
+    if (gFileManager) {
+        in.startCategoryID = gFileManager->lStartCategoryID;
+        in.startC64FileID = gFileManager->lStartC64FileID;
+    }
+    in.mainListColumns = app::gMainListColumns;
+    in.captions = ViewCaptions::current();
+    m_viewSql = BuildViewSql(in);
+    if (iViewMode != kViewMainFiles)
+        app::gMainListColumns = m_viewSql.mainListColumns;
+    feedViewControls(keepTree);
+    showDuration(duration.elapsed());
+    QApplication::restoreOverrideCursor();
     emit viewBuilt();
 }
 
 void frmMain::UpdateActions(const QString& sender)
 {
-    m_panels.value(QStringLiteral("INFO"))->setProperty("tag", QStringLiteral("0"));
-    readSelection(sender);
-    // Nothing is selected until the tree and the lists exist: every selection command is off.
-    const bool bDelete = false;
-    const bool bDetails = false;
-    const bool bFile = false;
-    const bool bStart = false;
-    setEntryEnabled(QStringLiteral("mnuDel"), bDelete);
-    setEntryEnabled(QStringLiteral("mnuDetails"), bDetails);
-    setEntryEnabled(QStringLiteral("mnuAddToFlipList"), bDetails);
+    readSelection(sender); // steps 1 to 3: the flags, the status text and the tag of INFO
+    const Selection& s = m_selection;
+    const bool on = app::gDB != nullptr;
+    setEntryEnabled(QStringLiteral("mnuCreateMD5"), on && iViewMode == 2);
+    setEntryEnabled(QStringLiteral("mnuSaveDir"), on && iViewMode == 2);
+    setEntryEnabled(QStringLiteral("mnuDel"), s.bDelete);
+    setEntryEnabled(QStringLiteral("mnuDetails"), s.bDetails);
+    setEntryEnabled(QStringLiteral("mnuAddToFlipList"),
+                    s.bDetails && (s.iType == 1 || s.iType == 2 || s.iType == 12 || s.iType == 13));
     if (QAction* newCat = m_entries.value(QStringLiteral("mnuNewCat")))
         newCat->setVisible(iViewMode == 3);
-    setEntryEnabled(QStringLiteral("mnuStart"), bStart);
-    setEntryEnabled(QStringLiteral("mnuRefreshFile"), bFile);
-    setEntryEnabled(QStringLiteral("mnuFilepath"), bStart);
+    setEntryEnabled(QStringLiteral("mnuStart"), s.bStart);
+    setEntryEnabled(QStringLiteral("mnuRefreshFile"), s.bFile);
+    setEntryEnabled(QStringLiteral("mnuFilepath"), s.bStart);
     m_buttons.value(QStringLiteral("Action"))->setVisible(false);
-    setButtonEnabled(QStringLiteral("Edit"), bDetails);
-    setButtonEnabled(QStringLiteral("Del"), bDelete);
-    setButtonEnabled(QStringLiteral("Start"), bStart);
-}
-
-// Steps 1 to 3 of UpdateActions: the selected tree node or list row gives the flags, the
-// status text and the tag of INFO; that comes with the tree and the lists, and lvStart and the
-// preview follow the selection with their subsystems.
-void frmMain::readSelection(const QString& sender)
-{
-    (void)sender;
+    setButtonEnabled(QStringLiteral("Edit"), s.bDetails);
+    setButtonEnabled(QStringLiteral("Del"), s.bDelete);
+    setButtonEnabled(QStringLiteral("Start"), s.bStart);
+    enableStartList(s.bStart); // step 6
+    // Step 7: the preview follows the selection with the preview pane.
 }
 
 void frmMain::ShowStatus(const QString& text)
