@@ -4,11 +4,11 @@
 #include "catalogue/Database.h"
 #include "support/ArchiveWriter.h"
 #include "support/C64ImageWriter.h"
+#include "support/CliRun.h"
 #include "support/GameBaseFixture.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -16,12 +16,7 @@ using namespace vd;
 
 namespace {
 
-struct Run
-{
-    int code = -1;
-    QStringList out;
-    QStringList err;
-};
+using Run = vd::test::CliRun;
 
 QString mdbFolder()
 {
@@ -44,17 +39,7 @@ class TestGameBaseCli : public QObject
     QString path(const QString& name) const { return m_dir.filePath(name); }
     Run cli(const QStringList& args)
     {
-        QProcess p;
-        p.start(m_cli, QStringList{"--home", path(QStringLiteral("home"))} + args);
-        Run r;
-        if (!p.waitForFinished(60000))
-            return r;
-        r.code = p.exitCode();
-        r.out = QString::fromUtf8(p.readAllStandardOutput())
-                    .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        r.err = QString::fromUtf8(p.readAllStandardError())
-                    .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        return r;
+        return vd::test::runCli(path(QStringLiteral("home")), args);
     }
     void settings(const QByteArray& text)
     {

@@ -3,22 +3,17 @@
 // lines, exit codes and usage errors.
 
 #include "support/C64ImageWriter.h"
+#include "support/CliRun.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
 
-struct Run
-{
-    int code = -1;
-    QStringList out;
-    QStringList err;
-};
+using Run = vd::test::CliRun;
 
 } // namespace
 
@@ -33,17 +28,7 @@ class TestBatchCli : public QObject
     QString path(const QString& name) const { return m_dir.filePath(name); }
     Run cli(const QStringList& args)
     {
-        QProcess p;
-        p.start(m_cli, QStringList{"--home", path(QStringLiteral("home"))} + args);
-        Run r;
-        if (!p.waitForFinished(60000))
-            return r;
-        r.code = p.exitCode();
-        r.out = QString::fromUtf8(p.readAllStandardOutput())
-                    .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        r.err = QString::fromUtf8(p.readAllStandardError())
-                    .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        return r;
+        return vd::test::runCli(path(QStringLiteral("home")), args);
     }
     // A new catalogue holding a folder of a D64 (two entries), a T64 and two PRG files, in
     // this order of ids: 1 disk.d64, 2 one.prg, 3 tape.t64, 4 two.prg.

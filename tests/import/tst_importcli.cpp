@@ -3,11 +3,11 @@
 
 #include "support/ArchiveWriter.h"
 #include "support/C64ImageWriter.h"
+#include "support/CliRun.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -15,12 +15,7 @@ using vd::test::DiskWriter;
 
 namespace {
 
-struct Run
-{
-    int code = -1;
-    QStringList out;
-    QStringList err;
-};
+using Run = vd::test::CliRun;
 
 } // namespace
 
@@ -35,17 +30,7 @@ class TestImportCli : public QObject
     QString path(const QString& name) const { return m_dir.filePath(name); }
     Run cli(const QStringList& args)
     {
-        QProcess p;
-        p.start(m_cli, QStringList{"--home", path(QStringLiteral("home"))} + args);
-        Run r;
-        if (!p.waitForFinished(60000))
-            return r;
-        r.code = p.exitCode();
-        r.out = QString::fromUtf8(p.readAllStandardOutput())
-                    .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        r.err = QString::fromUtf8(p.readAllStandardError())
-                    .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        return r;
+        return vd::test::runCli(path(QStringLiteral("home")), args);
     }
     QString newCatalogue()
     {

@@ -5,10 +5,10 @@
 #include "app/SettingsWriter.h"
 #include "launch/ProfilSettings.h"
 #include "support/C64ImageWriter.h"
+#include "support/CliRun.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,12 +16,7 @@ using namespace vd;
 
 namespace {
 
-struct Run
-{
-    int code = -1;
-    QStringList out;
-    QStringList err;
-};
+using Run = vd::test::CliRun;
 
 QByteArray bytesOf(const QString& path)
 {
@@ -45,18 +40,7 @@ private slots:
     void startDryRunAndStart();
 
 private:
-    Run cli(const QStringList& args)
-    {
-        QProcess p;
-        p.start(m_cli, QStringList{"--home", m_dir.filePath("home")} + args);
-        Run r;
-        if (!p.waitForFinished(60000))
-            return r;
-        r.code = p.exitCode();
-        r.out = QString::fromUtf8(p.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
-        r.err = QString::fromUtf8(p.readAllStandardError()).split('\n', Qt::SkipEmptyParts);
-        return r;
-    }
+    Run cli(const QStringList& args) { return vd::test::runCli(m_dir.filePath("home"), args); }
     QTemporaryDir m_dir;
     QString m_cli;
 };
