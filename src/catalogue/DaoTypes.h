@@ -20,9 +20,34 @@ constexpr int Binary = 9;
 constexpr int Text = 10;
 constexpr int LongBinary = 11;
 constexpr int Memo = 12;
+constexpr int BigInt = 16;
+constexpr int Numeric = 19;
+constexpr int Decimal = 20;
+constexpr int Float = 21;
+
+// True for every type that holds a number (compared as a number, written without quotes).
+constexpr bool isNumeric(int t)
+{
+    switch (t) {
+    case Byte:
+    case Integer:
+    case Long:
+    case Currency:
+    case Single:
+    case Double:
+    case BigInt:
+    case Numeric:
+    case Decimal:
+    case Float:
+        return true;
+    default:
+        return false;
+    }
+}
 } // namespace type
 
-enum class RecordsetType : int {
+enum class RecordsetType : int
+{
     Table = 1,
     Dynaset = 2,
     Snapshot = 4,

@@ -37,21 +37,6 @@ template <typename P, typename Visit> void forEachProperty(P& p, Visit&& v)
     v("NullText", p.NullText);
 }
 
-int depthComma(const QString& text, int from)
-{
-    int depth = 0;
-    for (int i = from; i < text.size(); ++i) {
-        const QChar c = text[i];
-        if (c == QLatin1Char('('))
-            ++depth;
-        else if (c == QLatin1Char(')'))
-            --depth;
-        else if (c == QLatin1Char(',') && depth == 0)
-            return i;
-    }
-    return -1;
-}
-
 QString unbracketed(QString name)
 {
     name = name.trimmed();
@@ -99,7 +84,7 @@ int findField(const QVector<clsDBField>& fields, const QString& name)
 QString orderField(const QString& order)
 {
     QString text = order.mid(QStringLiteral(" ORDER BY ").size()).trimmed();
-    const int comma = depthComma(text, 0);
+    const int comma = topLevelComma(text, 0);
     if (comma >= 0)
         text.truncate(comma);
     text = text.trimmed();
@@ -133,7 +118,7 @@ QVector<clsDBField> ParseDBFields(const QString& sql)
     QVector<clsDBField> fields;
     int start = 0;
     while (start <= text.size()) {
-        const int comma = depthComma(text, start);
+        const int comma = topLevelComma(text, start);
         const QString column = text.mid(start, comma < 0 ? -1 : comma - start).trimmed();
         if (!column.isEmpty()) {
             clsDBField f;

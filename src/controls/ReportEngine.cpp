@@ -286,10 +286,10 @@ void ReportEngine::setupColumn(int index, int firstVisible)
     QString format;
     if (!(index == firstVisible && m_p.ImageColumn != -1)) {
         switch (f.type) {
-        case 19: // Numeric
-        case 20: // Decimal
+        case db::type::Numeric:
+        case db::type::Decimal:
         case db::type::Double:
-        case 21: // Float
+        case db::type::Float:
         case db::type::Single:
             align = ColumnAlign::Right;
             if (m_p.ShowThousands)
@@ -297,7 +297,7 @@ void ReportEngine::setupColumn(int index, int firstVisible)
             break;
         case db::type::Integer:
         case db::type::Long:
-        case 16: // BigInt
+        case db::type::BigInt:
         case db::type::Byte:
             align = ColumnAlign::Right;
             if (m_p.ShowThousands)

@@ -11,25 +11,6 @@ namespace vd::controls {
 
 namespace {
 
-bool isNumber(int type)
-{
-    switch (type) {
-    case db::type::Byte:
-    case db::type::Integer:
-    case db::type::Long:
-    case db::type::Currency:
-    case db::type::Single:
-    case db::type::Double:
-    case 16: // BigInt
-    case 19: // Numeric
-    case 20: // Decimal
-    case 21: // Float
-        return true;
-    default:
-        return false;
-    }
-}
-
 int columnOf(const db::Recordset& rs, const QVariant& column)
 {
     if (column.typeId() == QMetaType::QString)
@@ -43,7 +24,7 @@ int columnOf(const db::Recordset& rs, const QVariant& column)
 QString FindCriteria(const db::FieldInfo& field, const QString& value)
 {
     const QString name = QLatin1Char('[') + field.name + QLatin1Char(']');
-    if (isNumber(field.type)) {
+    if (db::type::isNumeric(field.type)) {
         QString v = value.trimmed();
         v.replace(QLatin1Char(','), QLatin1Char('.'));
         return IsNumericText(v) ? name + QLatin1Char('=') + v : QString();

@@ -15,25 +15,6 @@ namespace {
 
 constexpr qint64 kTypeAheadMs = 500;
 
-bool isNumericType(int type)
-{
-    switch (type) {
-    case db::type::Byte:
-    case db::type::Integer:
-    case db::type::Long:
-    case db::type::Currency:
-    case db::type::Single:
-    case db::type::Double:
-    case 16: // BigInt
-    case 19: // Numeric
-    case 20: // Decimal
-    case 21: // Float
-        return true;
-    default:
-        return false;
-    }
-}
-
 QString bracketed(const QString& name)
 {
     return QLatin1Char('[') + name + QLatin1Char(']');
@@ -128,7 +109,7 @@ qint64 ReportEngine::Find(const QVariant& column, const QString& value, qint64 s
             return -1;
         const db::FieldInfo& f = m_rs->field(col);
         QString criteria = bracketed(f.name);
-        if (isNumericType(f.type)) {
+        if (db::type::isNumeric(f.type)) {
             QString v = value;
             criteria += QLatin1Char('=') + v.replace(QLatin1Char(','), QLatin1Char('.'));
         } else if (f.type == db::type::Date || f.type == 22) {

@@ -16,8 +16,9 @@ namespace {
 const QLatin1String kItemParameter("Parameters xxx Value;");
 const QLatin1String kReportParameter("PARAMETERS XXX VALUE; ");
 
-// The position of the first comma outside parentheses, from `from`; -1 when there is none.
-int topLevelComma(const QString& text, int from = 0)
+} // namespace
+
+int topLevelComma(const QString& text, int from)
 {
     int depth = 0;
     for (int i = from; i < text.size(); ++i) {
@@ -31,6 +32,8 @@ int topLevelComma(const QString& text, int from = 0)
     }
     return -1;
 }
+
+namespace {
 
 // Splits at commas outside parentheses; the text behind the last comma is the last piece.
 QStringList splitTopLevel(const QString& text)

@@ -60,5 +60,7 @@ void ReportTreeError(const QString& place, int number, const QString& descriptio
 // Text helpers the controls share.
 int FindNoCase(const QString& text, const QString& what, int from = 0);
 bool IsNumericText(const QString& text);
+// The position of the first comma outside parentheses, from `from`; -1 when there is none.
+int topLevelComma(const QString& text, int from = 0);
 
 } // namespace vd::controls
