@@ -151,6 +151,67 @@ JetPattern::JetPattern(const QString& pattern)
         }
         m_elements.push_back(e);
     }
+    // The plain shapes: literals, with a run of any characters at either end or both.
+    qsizetype first = 0;
+    qsizetype last = m_elements.size();
+    const bool leading = first < last && m_elements[first].kind == Element::AnyRun;
+    if (leading)
+        ++first;
+    const bool trailing = first < last && m_elements[last - 1].kind == Element::AnyRun;
+    if (trailing)
+        --last;
+    QByteArray literal;
+    for (qsizetype i = first; i < last; ++i) {
+        const Element& e = m_elements[i];
+        if (e.kind != Element::Literal || e.ch == 0 || e.ch >= 0x80)
+            return;
+        literal.append(char(e.ch));
+    }
+    if (literal.isEmpty())
+        return;
+    m_literal = literal;
+    m_plain = leading && trailing ? Plain::Contains
+              : leading           ? Plain::Suffix
+              : trailing          ? Plain::Prefix
+                                  : Plain::Exact;
+}
+
+// False when the text is not plain ASCII: a character beyond it may fold to one inside it
+// (the Kelvin sign to "k"), which the full comparison handles.
+bool JetPattern::matchAscii(const char* text, int length, bool& matched) const
+{
+    for (int i = 0; i < length; ++i)
+        if (static_cast<unsigned char>(text[i]) >= 0x80)
+            return false;
+    const char* lit = m_literal.constData();
+    const int n = int(m_literal.size());
+    const auto equalAt = [&](int at) {
+        for (int k = 0; k < n; ++k) {
+            const char c = text[at + k];
+            if ((c >= 'A' && c <= 'Z' ? char(c + 32) : c) != lit[k])
+                return false;
+        }
+        return true;
+    };
+    switch (m_plain) {
+    case Plain::Exact:
+        matched = length == n && equalAt(0);
+        break;
+    case Plain::Prefix:
+        matched = length >= n && equalAt(0);
+        break;
+    case Plain::Suffix:
+        matched = length >= n && equalAt(length - n);
+        break;
+    case Plain::Contains:
+        matched = false;
+        for (int at = 0; at + n <= length && !matched; ++at)
+            matched = equalAt(at);
+        break;
+    case Plain::No:
+        return false;
+    }
+    return true;
 }
 
 bool JetPattern::matchFolded(const char32_t* s, size_t n) const
@@ -212,6 +273,9 @@ bool JetPattern::matches(const QString& text) const
 
 bool JetPattern::matchesUtf8(const char* text, int length) const
 {
+    bool matched = false;
+    if (m_plain != Plain::No && matchAscii(text, length, matched))
+        return matched;
     thread_local std::u32string buf;
     buf.clear();
     const auto* s = reinterpret_cast<const unsigned char*>(text);
