@@ -53,6 +53,8 @@ bool gTreeSubItems = false;
 int gViewMode = 1;
 QStringList gListLayouts;
 QString gMainListColumns;
+QString gHelpUrl;
+QString gHomepageUrl;
 QString gImportFiles;
 QString gIniVersion;
 QStringList gArchiveExtensions;
@@ -292,6 +294,8 @@ void loadSettings()
     readFlags();
     gListLayouts = splitListLayout(ReadIni(main, QStringLiteral("ListLayout"), kDefaultListLayout));
     gMainListColumns = ReadIni(main, QStringLiteral("MainListColumns"), QString());
+    gHelpUrl = ReadIni(main, QStringLiteral("HelpUrl"), QString());
+    gHomepageUrl = ReadIni(main, QStringLiteral("HomepageUrl"), QString());
     gImportFiles = readImportFiles(gIniVersion);
     gArchiveExtensions = catalogue::kArchiveExtensions.split(QLatin1Char(';'));
 

@@ -89,7 +89,11 @@ extern bool gTreeSubItems;       // TreeSubItems: mnuTreeOhnePlusMinus
 extern int gViewMode;            // ViewMode, 1 to 6 (iViewMode)
 extern QStringList gListLayouts; // ListLayout split at "@@@": at least four layouts (sLayouts)
 extern QString gMainListColumns; // MainListColumns (sMainListColumns)
-extern QString gImportFiles;     // ImportFiles of EXTENSIONS, upper case, after the migrations
+// HelpUrl, HomepageUrl: the pages of mnuHelp and mnuHomepage, the German one or the German and
+// the English one joined by "|". Empty (the default): the entry is off and nothing is contacted.
+extern QString gHelpUrl;
+extern QString gHomepageUrl;
+extern QString gImportFiles; // ImportFiles of EXTENSIONS, upper case, after the migrations
 // ArchiveExtensions split at ";" (".ZIP", ...).
 extern QStringList gArchiveExtensions;
 // The key Version as read at the start; "" for a new file. Migrations compare it as text.

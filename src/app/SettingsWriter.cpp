@@ -107,6 +107,11 @@ void writeMain(IniText& ini)
     ini.add(QStringLiteral("Version"), gVersion);
     ini.add(QStringLiteral("ListLayout"), gListLayouts.join(QStringLiteral("@@@")));
     ini.add(QStringLiteral("MainListColumns"), gMainListColumns);
+    // Written only when set, so that a file without them reads the same after a run.
+    if (!gHelpUrl.isEmpty())
+        ini.add(QStringLiteral("HelpUrl"), gHelpUrl);
+    if (!gHomepageUrl.isEmpty())
+        ini.add(QStringLiteral("HomepageUrl"), gHomepageUrl);
     writePart(ini, IniPart::MainFilters);
 }
 

@@ -69,10 +69,15 @@ QString gameBaseDataFile(const QString& path, platform::Progress& progress, QStr
 
 bool CheckGameBaseFile(const QString& path)
 {
+    return CheckGameBaseFile(path, platform::noProgress());
+}
+
+bool CheckGameBaseFile(const QString& path, platform::Progress& progress)
+{
     if (!platform::FileExistsMsg(path))
         return false;
     bool accepted = false;
-    const QString file = gameBaseDataFile(path, platform::noProgress(), nullptr);
+    const QString file = gameBaseDataFile(path, progress, nullptr);
     if (!file.isEmpty()) {
         try {
             auto gb = db::Database::open(file, true);
@@ -88,21 +93,26 @@ bool CheckGameBaseFile(const QString& path)
 
 bool OpenGameBase(bool force)
 {
+    return OpenGameBase(force, platform::noProgress());
+}
+
+bool OpenGameBase(bool force, platform::Progress& progress)
+{
     if (gGB)
         return true;
     QString path = gGameBaseDB;
     if ((path.isEmpty() || path == kGameBaseHint) && !force)
         return false;
-    if (!CheckGameBaseFile(path)) {
+    if (!CheckGameBaseFile(path, progress)) {
         path = SelectGameBaseFile(path);
-        if (path.isEmpty() || !CheckGameBaseFile(path))
+        if (path.isEmpty() || !CheckGameBaseFile(path, progress))
             return false;
         gGameBaseDB = path;
         gScreenshots = GetGameBasePictures(path);
     }
     try {
         QString error;
-        const QString file = gameBaseDataFile(path, platform::noProgress(), &error);
+        const QString file = gameBaseDataFile(path, progress, &error);
         if (file.isEmpty())
             throw db::DbError(0, error);
         gGB = db::Database::open(file);

@@ -35,7 +35,11 @@ void loadGameBaseSettings();
 QString gameBaseDataFile(const QString& path, platform::Progress& progress, QString* error);
 
 bool CheckGameBaseFile(const QString& path);
+// The check builds the cache of an .mdb first; `progress` sees that build.
+bool CheckGameBaseFile(const QString& path, platform::Progress& progress);
 bool OpenGameBase(bool force);
+// The same, with the cache build (a new or changed .mdb) reporting to `progress`.
+bool OpenGameBase(bool force, platform::Progress& progress);
 void CloseGameBase();
 QString SelectGameBaseFile(const QString& startPath);
 QString GetGameBasePictures(const QString& mdbPath);
