@@ -3,6 +3,7 @@
 set -euo pipefail
 packages=(cmake g++ ninja-build ccache pkg-config
           qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev qt6-image-formats-plugins
+          qt6-svg-dev libqt6svg6
           libsqlite3-dev libarchive-dev mdbtools-dev fonts-sixtyfour
           cc1541 cbmconvert xvfb p7zip-full gcab mdbtools)
 missing=()

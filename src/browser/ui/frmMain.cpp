@@ -8,16 +8,19 @@
 #include "app/Startup.h"
 #include "app/Translate.h"
 #include "app/ui/WindowGeometry.h"
+#include "browser/ui/SearchTimer.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/DbError.h"
 #include "controls/ui/UserTree.h"
 #include "gamebase/GameBase.h"
 #include "gamebase/GameBaseSettings.h"
+#include "gamebase/ui/frmGB.h"
 #include "import/clsFileManager.h"
 #include "import/ui/frmProcess.h"
 #include "launch/Profiles.h"
 #include "platform/DialogService.h"
 
+#include <algorithm>
 #include <cmath>
 #include <exception>
 #include <QAction>
@@ -28,6 +31,7 @@
 #include <QSplitter>
 #include <QTimer>
 #include <QToolBar>
+#include <QTreeWidget>
 
 namespace vd::browser {
 
@@ -43,6 +47,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent)
     buildPanes();
     buildStatusBar();
     connectCommands();
+    connectWindowMenus();
     sSearchText = QStringList{QString(), QString(), QString(), QStringLiteral("0")};
     Form_Load();
 }
@@ -64,6 +69,7 @@ void frmMain::Form_Load()
                                    QString::fromLocal8Bit(e.what()));
     }
     enableByCatalogue();
+    enableWebPages();
     showCaption();
 }
 
@@ -89,6 +95,7 @@ void frmMain::loadSteps()
     SetupLanguage();            // 14
     setupSideLists();           // 15
     loadCatalogueFilters();     // 16
+    selectLastFilterRow();      // 16: the row of the last run
     loadGameBaseFilters();      // 17
     iViewMode = app::gViewMode; // 18
     m_entries.value(QStringLiteral("mnuTreeOhnePlusMinus"))->setChecked(app::gTreeSubItems); // 19
@@ -107,9 +114,8 @@ void frmMain::loadSteps()
     setupImageLists(); // 26
     // 27: the splitters take their positions when the window has its size (showEvent).
     Container->setVisible(app::gPreview);
-    moTimer = new QTimer(this); // 28
-    moTimer->setInterval(800);
-    connect(moTimer, &QTimer::timeout, this, &frmMain::moTimer_Timer);
+    moTimer = new SearchTimer(800, this); // 28
+    connect(moTimer, &SearchTimer::timeout, this, &frmMain::moTimer_Timer);
 }
 
 void frmMain::setupFont()
@@ -226,6 +232,7 @@ void frmMain::storeSettingsOfWindow()
     app::gPreview = m_entries.value(QStringLiteral("mnuPreview"))->isChecked();
     app::gPreviewWindow = m_entries.value(QStringLiteral("mnuOpenPreview"))->isChecked();
     app::gViewMode = iViewMode;
+    app::gLastFilterRow = std::max(0, lvFilter->indexOfTopLevelItem(lvFilter->currentItem()));
     if (m_splitsApplied) {
         app::gMenuSplitPos = splitPosition(splitMenu, app::gMenuSplitPos);
         app::gPreviewSplitPos = splitPosition(splitPreview, app::gPreviewSplitPos);
@@ -283,10 +290,13 @@ void frmMain::showFirstRunWizard()
 // Closing, steps 1, 3 and 4: frmGB, frmPreview and frmFlipList are unloaded, the tree's root
 // is selected again when more than one item is selected, and the GameBase is closed here by
 // the subsystems that own them.
-void frmMain::closeSideWindows() {}
+void frmMain::closeSideWindows()
+{
+    // frmGB goes before the GameBase that its lists read is closed.
+    delete findChild<gamebase::frmGB*>(QStringLiteral("frmGB"), Qt::FindDirectChildrenOnly);
+    closePreviewWindows();
+}
 
-// The column layout of the visible list goes into gListLayouts and gMainListColumns here,
-// with the view builder's lists.
-void frmMain::SaveColumnLayout() {}
+// SaveColumnLayout: frmMainLayout.cpp.
 
 } // namespace vd::browser

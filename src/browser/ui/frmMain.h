@@ -41,7 +41,15 @@ class SimpleReport;
 class UserTree;
 } // namespace vd::controls
 
+namespace vd::launch {
+class frmFlipList;
+}
+
 namespace vd::browser {
+
+class PreviewPane;
+class frmPreview;
+class SearchTimer;
 
 class frmMain : public QMainWindow
 {
@@ -72,6 +80,9 @@ public:
     // The view builder's entry. Steps that need the views come with the view builder; here the
     // view number and the search texts it used are kept, and viewBuilt() is emitted.
     void BuildView(int mode, int withCategory, int keepTree);
+    // Writes a filter into lvFilter: its row is added, or updated when it is there. With
+    // `flag` and the row the selected one, the view is built anew.
+    void CreateFilter(const clsFilter& row, bool flag);
 
     // Starting (frmMainStart.cpp). StartSelected starts the item `id` (0: the selection, the
     // tag of INFO) with the profile `profilKey` ("" for the profile of its extension), shows
@@ -80,6 +91,17 @@ public:
     // Fills lvStart, the entries of mnuProfil and the drop-down of the toolbar button "Start"
     // with the active profiles; after the profiles changed.
     void BuildStartMenu();
+
+    // The preview (frmMainPreview.cpp). ShowPreview shows the selection's container in the
+    // pane and in frmPreview; `force` reloads the container on show. ShowFlipList opens
+    // frmFlipList (created on first use) and hands it FillList(id, path). applyPreviewLook
+    // takes the font and colours of the settings, after the options change.
+    void ShowPreview(bool force);
+    void ShowFlipList(qint64 id, const QString& path);
+    void applyPreviewLook();
+    PreviewPane* previewPane() const { return m_previewPane; }
+    frmPreview* previewWindow() const { return m_previewWindow; }
+    launch::frmFlipList* flipListWindow() const { return m_flipList; }
     // gFileManager, the one importer object of the run.
     vd::import::clsFileManager* fileManager() const { return gFileManager; }
 
@@ -112,6 +134,17 @@ public:
     QTreeWidget* viewsList() const { return lvViews; }
     QTreeWidget* filterList() const { return lvFilter; }
     int filterKey() const { return iFilterKey; }
+
+    // Column layouts, context menu and the rest of the menus (frmMainLayout.cpp).
+    // SetColumnsLayout: the captions, hidden states and sort marks the views give lstMain's
+    // columns; after every change of its columns.
+    void SetColumnsLayout();
+    // moTimer; tests give it a clock of their own.
+    SearchTimer* searchTimer() const { return moTimer; }
+    // lvSearch: the captions beside the search boxes.
+    QTreeWidget* searchList() const { return lvSearch; }
+    // How mnuEdit pops up as the context menu; tests answer without a popup.
+    void setPopupRunner(std::function<void(QMenu&)> runner) { m_popupRunner = std::move(runner); }
 
 signals:
     // BuildView ran (each query of the views).
@@ -147,6 +180,21 @@ private:
     void closeSideWindows();
     void SaveColumnLayout();
 
+    // Column layouts and the menus of the window (frmMainLayout.cpp)
+    using ColumnWidths = QVector<QPair<QString, int>>;
+    ColumnWidths fetchColumnWidths();
+    void RestoreColumnWidths(const ColumnWidths& widths, bool categoryHidden);
+    void captionMainFiles();
+    QTreeWidget* buildSearchList(QWidget* panel);
+    void connectWindowMenus();
+    void popupEditMenu();
+    void mnuEditHeader_Click();
+    void mnuFind_Click();
+    void mnuLang_Click();
+    void openWebPage(const QString& addresses);
+    void enableWebPages();
+    void selectLastFilterRow();
+
     // The frame (frmMainFrame.cpp)
     void buildMenus();
     QAction* addEntry(QMenu* menu, const QString& name, const QString& caption);
@@ -176,6 +224,39 @@ private:
     // Runs frmProcess modally; reads the views anew when the catalogue changed.
     int runProcess(int mode, const QString& param);
     void rememberImportFolder(const QString& folder);
+
+    // GameBase commands (frmMainGameBase.cpp)
+    void connectGameBaseCommands();
+    void mnuGBOpen_Click();
+    void mnuGBConnect_Click();
+    void mnuGBImportCat_Click();
+
+    // File and category commands (frmMainCommands.cpp)
+    void connectFileCommands();
+    void mnuDel_Click();
+    void mnuNewCat_Click();
+    void mnuDetails_Click();
+    void renameCategory(qint64 id, const QString& oldName);
+    void showFileProperties(qint64 id);
+    void mnuRefreshFile_Click();
+    void mnuCopy_Click(bool useSelection);
+    void mnuFilepath_Click();
+    void mnuCreateMD5_Click();
+    void exportDirectories(const QString& folder);
+    QList<qint64> selectedFileIds();
+    QList<qint64> selectedEntryIds();
+    bool treeHasFocus() const;
+
+    // Filters (frmMainFilterList.cpp)
+    void connectFilterCommands();
+    // Opens the filter editor modally on the selected filter; after it, the view follows.
+    void mnuFilter_Click();
+
+    // The preview and the flip list (frmMainPreview.cpp)
+    void connectPreviewCommands();
+    void mnuOpenPreview_Click();
+    void mnuAddToFlipList_Click();
+    void closePreviewWindows();
 
     // Catalogues (frmMainCatalogue.cpp)
     void mnuNewDB_Click();
@@ -220,9 +301,9 @@ private:
     bool bFirstActivate = true;
     app::CbmFontSetup m_font; // sFontFile: the font file added for this run
     int iViewMode = 1;
-    QStringList sSearchText;   // the search texts BuildView used last, then chkNewFiles
-    ViewSql m_viewSql;         // what BuildView built last
-    QTimer* moTimer = nullptr; // the 800 ms debounce of the search boxes
+    QStringList sSearchText;        // the search texts BuildView used last, then chkNewFiles
+    ViewSql m_viewSql;              // what BuildView built last
+    SearchTimer* moTimer = nullptr; // the 800 ms debounce of the search boxes
     bool m_firstRunSeen = false;
     bool m_unloaded = false;
     bool m_waitCursor = false;
@@ -241,6 +322,8 @@ private:
     QStackedWidget* m_listPages = nullptr;          // splitList, or lstMainFiles in view 2
     QTreeWidget* lvViews = nullptr;
     QTreeWidget* lvFilter = nullptr;
+    QTreeWidget* lvSearch = nullptr;
+    std::function<void(QMenu&)> m_popupRunner;
     // What UpdateActions found selected, and so which commands are on.
     struct Selection
     {
@@ -251,10 +334,13 @@ private:
         int iType = 0;
     };
     Selection m_selection;
-    int iFilterKey = 0;          // key of the selected filter, 0 for none
-    bool bRefreshing = false;    // BuildView runs the tree's selection handler itself
-    QVector<QIcon> m_icons;      // imgMain: icon n is entry n - 1
-    QFrame* Container = nullptr; // the place of the preview
+    int iFilterKey = 0;                        // key of the selected filter, 0 for none
+    bool bRefreshing = false;                  // BuildView runs the tree's selection handler itself
+    QVector<QIcon> m_icons;                    // imgMain: icon n is entry n - 1
+    QFrame* Container = nullptr;               // the place of the preview
+    PreviewPane* m_previewPane = nullptr;      // lvPreview, picGrafic, lblPreview in Container
+    frmPreview* m_previewWindow = nullptr;     // created with mnuOpenPreview
+    launch::frmFlipList* m_flipList = nullptr; // created on first use
     std::array<QComboBox*, 3> cboSearch{};
     QCheckBox* chkNewFiles = nullptr;
     QPushButton* cmdStopSearch = nullptr;

@@ -127,7 +127,7 @@ void frmMain::mnuHideTree_Click()
 void frmMain::mnuPreview_Click()
 {
     Container->setVisible(m_entries.value(QStringLiteral("mnuPreview"))->isChecked());
-    // The preview is refreshed here with the preview pane.
+    ShowPreview(true);
 }
 
 void frmMain::enableByCatalogue()

@@ -302,17 +302,7 @@ void frmMain::buildSearchPanel(QFrame* panel)
     layout->addWidget(lvViews);
     lvFilter = buildSideList(panel, QStringLiteral("lvFilter"), QStringLiteral("Filter"));
     layout->addWidget(lvFilter);
-    for (size_t i = 0; i < cboSearch.size(); ++i) {
-        auto* box = new QComboBox(panel);
-        box->setObjectName(QStringLiteral("cboSearch%1").arg(i));
-        box->setEditable(true);
-        box->setInsertPolicy(QComboBox::NoInsert);
-        cboSearch[i] = box;
-        layout->addWidget(box);
-    }
-    chkNewFiles = new QCheckBox(Translate(QStringLiteral("Neue Dateien")), panel);
-    chkNewFiles->setObjectName(QStringLiteral("chkNewFiles"));
-    layout->addWidget(chkNewFiles);
+    layout->addWidget(buildSearchList(panel)); // lvSearch with the boxes cboSearch, chkNewFiles
     cmdStopSearch = new QPushButton(Translate(QStringLiteral("Filter löschen")), panel);
     cmdStopSearch->setObjectName(QStringLiteral("cmdStopSearch"));
     cmdStopSearch->setEnabled(false);
@@ -368,6 +358,14 @@ void frmMain::connectCommands()
     connectBatchCommands();
     button("AddFile", "mnuAddFile");
     button("AddDir", "mnuAddDir");
+    connectGameBaseCommands();
+    button("GB", "mnuGBOpen");
+    connectPreviewCommands();
+    connectFilterCommands();
+    button("Filter", "mnuFilter");
+    connectFileCommands();
+    button("Edit", "mnuDetails");
+    button("Del", "mnuDel");
 
     for (size_t i = 0; i < cboSearch.size(); ++i) {
         QComboBox* box = cboSearch[i];

@@ -6,7 +6,10 @@
 #include "app/Globals.h"
 #include "app/Settings.h"
 #include "browser/Filters.h"
+#include "browser/ui/SearchTimer.h"
 #include "catalogue/Database.h"
+#include "controls/TreeItem.h"
+#include "controls/ui/UserTree.h"
 #include "import/clsFileManager.h"
 
 #include <QAction>
@@ -36,8 +39,7 @@ void frmMain::searchTextChanged(int index)
     // Boxes emptied while disabled (ClearSearch) are no change of their own.
     if (!moTimer || !cboSearch[size_t(index)]->isEnabled())
         return;
-    moTimer->stop();
-    moTimer->start();
+    moTimer->restart();
 }
 
 void frmMain::moTimer_Timer()
@@ -71,9 +73,15 @@ void frmMain::moTimer_Timer()
     setUpdatesEnabled(true);
 }
 
-// When the tree's selection does not hold exactly one item after a search, its selection
-// handler runs here; that comes with the tree control.
-void frmMain::treeSelectionAfterSearch() {}
+// The tree selects one item at most: after a search that left none selected, the selection
+// handler's work is to read the (empty) selection again.
+void frmMain::treeSelectionAfterSearch()
+{
+    if (treeMain->ready() && treeMain->SelectedItem())
+        return;
+    treeMain_SelectionChange();
+    UpdateActions(QString());
+}
 
 bool frmMain::HasSearch() const
 {
@@ -118,6 +126,11 @@ void frmMain::BuildView(int mode, int withCategory, int keepTree)
     QElapsedTimer duration; // step 2
     duration.start();
     QApplication::setOverrideCursor(Qt::WaitCursor);
+    // Step 3: the layout of the list shown is kept; lstMain's widths carry over to the new view.
+    SaveColumnLayout();
+    ColumnWidths widths;
+    if (mode != kViewMainFiles && !(mode == 0 && iViewMode == kViewMainFiles))
+        widths = fetchColumnWidths();
     if (mode > 0)
         iViewMode = mode;
     // Step 7: the search texts used, and chkNewFiles behind them.
@@ -146,6 +159,13 @@ void frmMain::BuildView(int mode, int withCategory, int keepTree)
     if (iViewMode != kViewMainFiles)
         app::gMainListColumns = m_viewSql.mainListColumns;
     feedViewControls(keepTree);
+    if (iViewMode == kViewMainFiles) {
+        captionMainFiles();
+    } else {
+        SetColumnsLayout(); // step 19
+        if (keepTree == 0)  // step 20
+            RestoreColumnWidths(widths, !m_viewSql.withCategory);
+    }
     showDuration(duration.elapsed());
     QApplication::restoreOverrideCursor();
     emit viewBuilt();
@@ -172,7 +192,7 @@ void frmMain::UpdateActions(const QString& sender)
     setButtonEnabled(QStringLiteral("Del"), s.bDelete);
     setButtonEnabled(QStringLiteral("Start"), s.bStart);
     enableStartList(s.bStart); // step 6
-    // Step 7: the preview follows the selection with the preview pane.
+    ShowPreview(false);        // step 7
 }
 
 void frmMain::ShowStatus(const QString& text)

@@ -3,6 +3,7 @@
 
 #include "app/Globals.h"
 #include "app/Translate.h"
+#include "app/ui/IconSet.h"
 #include "browser/ui/frmMain.h"
 #include "import/clsFileManager.h"
 #include "launch/ProcessStarter.h"
@@ -252,8 +253,11 @@ void frmMain::BuildStartMenu()
         launch::StartMenuEntries(launch::gEmulators, launch::gProfils);
 
     lvStart->clear();
-    for (const launch::StartMenuEntry& e : entries)
-        lvStart->addTopLevelItem(new QTreeWidgetItem(QStringList{e.caption, QString(), e.tag}));
+    for (const launch::StartMenuEntry& e : entries) {
+        auto* item = new QTreeWidgetItem(QStringList{e.caption, QStringLiteral("START"), e.tag});
+        item->setIcon(0, app::IconSet::keyIcon(QStringLiteral("START")));
+        lvStart->addTopLevelItem(item);
+    }
 
     const auto connectEntry = [this](QAction* entry) {
         connect(entry, &QAction::triggered, this, [this, entry] {

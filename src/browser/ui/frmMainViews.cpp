@@ -5,6 +5,7 @@
 #include "app/Globals.h"
 #include "app/Settings.h"
 #include "app/Translate.h"
+#include "app/ui/IconSet.h"
 #include "browser/Filters.h"
 #include "browser/ui/frmMain.h"
 #include "catalogue/Database.h"
@@ -46,47 +47,19 @@ constexpr int kFilesName = 4;
 constexpr int kSideTyp = 1;
 constexpr int kSideKey = 2;
 
-// imgMain. Icon numbers: file types 1 to 15 (archived ones 25 to 39), views 16 to 21.
-QVector<QIcon> mainIcons(const QStyle* style)
-{
-    const auto icon = [style](QStyle::StandardPixmap p) { return style->standardIcon(p); };
-    QVector<QIcon> icons(39);
-    const QStyle::StandardPixmap types[15] = {
-        QStyle::SP_DriveFDIcon, QStyle::SP_DriveFDIcon,  QStyle::SP_DriveCDIcon,
-        QStyle::SP_FileIcon,    QStyle::SP_FileIcon,     QStyle::SP_DriveCDIcon,
-        QStyle::SP_DriveHDIcon, QStyle::SP_DriveHDIcon,  QStyle::SP_DriveNetIcon,
-        QStyle::SP_FileIcon,    QStyle::SP_FileIcon,     QStyle::SP_DriveFDIcon,
-        QStyle::SP_DriveFDIcon, QStyle::SP_FileLinkIcon, QStyle::SP_FileDialogListView};
-    for (int i = 0; i < 15; ++i) {
-        icons[i] = icon(types[i]);
-        icons[i + 24] = icon(QStyle::SP_FileLinkIcon); // inside an archive
-    }
-    const QStyle::StandardPixmap views[6] = {
-        QStyle::SP_DirIcon,         QStyle::SP_FileDialogListView, QStyle::SP_DirLinkIcon,
-        QStyle::SP_FileDialogStart, QStyle::SP_BrowserReload,      QStyle::SP_DialogYesButton};
-    for (int i = 0; i < 6; ++i)
-        icons[15 + i] = icon(views[i]);
-    return icons;
-}
+// View 2: the type's icon, archived when the file lies inside an archive, and the archive's own
+// icon (IsArchiv 24) in the column "Archivpfad".
+constexpr int kFilesArchiv = 2;
 
-// The image of a side list's row by its key in imgMain.
-QIcon keyIcon(const QVector<QIcon>& icons, const QString& key, const QStyle* style)
+void showArchiveIcons(controls::SimpleReport* list)
 {
-    static const QHash<QString, int> byKey{
-        {QStringLiteral("FILES"), 16},      {QStringLiteral("MAINFILES"), 17},
-        {QStringLiteral("CATEGORIES"), 18}, {QStringLiteral("NEWFILES"), 19},
-        {QStringLiteral("LAST"), 20},       {QStringLiteral("TOP"), 21},
-        {QStringLiteral("TXT"), 10},        {QStringLiteral("GFX"), 14},
-        {QStringLiteral("ZIP"), 25}};
-    bool number = false;
-    int n = key.toInt(&number);
-    if (!number)
-        n = byKey.value(key, 0);
-    if (n >= 1 && n <= icons.size())
-        return icons[n - 1];
-    if (key == QLatin1String("OFF"))
-        return style->standardIcon(QStyle::SP_DialogCancelButton);
-    return style->standardIcon(QStyle::SP_FileDialogContentsView); // FILTER
+    controls::ReportColumns& columns = list->engine().Columns();
+    const int typeColumn = columns.indexOf(Translate(QStringLiteral("Filetyp")));
+    const int pathColumn = columns.indexOf(Translate(QStringLiteral("Archivpfad")));
+    if (typeColumn >= 0)
+        columns[typeColumn].fetchMode = true; // its icon comes through RowIcon
+    if (pathColumn >= 0)
+        columns[pathColumn].imageField = QStringLiteral("IsArchiv");
 }
 
 // An Escape in lvFilter turns the filter off.
@@ -130,7 +103,7 @@ QTreeWidget* frmMain::buildSideList(QWidget* panel, const QString& name, const Q
 
 void frmMain::buildViewControls()
 {
-    m_icons = mainIcons(style());
+    m_icons = app::IconSet::imageList();
 
     treeMain = new controls::UserTree(splitList);
     treeMain->setObjectName(QStringLiteral("treeMain"));
@@ -177,6 +150,12 @@ void frmMain::buildViewControls()
     m_listPages->addWidget(lstMainFiles);
     connect(lstMainFiles, &controls::SimpleReport::selectionChange, this,
             [this] { UpdateActions(QStringLiteral("lstMain")); });
+    connect(lstMainFiles, &controls::SimpleReport::fetchContents, this,
+            [this](qint64 row, int, QVariant&, QVariant& icon) {
+                if (!icon.isNull())
+                    icon = app::RowIcon(
+                        icon.toInt(), lstMainFiles->engine().cellValue(row, kFilesArchiv).toInt());
+            });
 
     for (int i = 0; i < 6; ++i) {
         const QString name = QStringLiteral("mnuView%1").arg(i);
@@ -216,7 +195,7 @@ void frmMain::fillViewsList()
         const int view = ViewOfRow(row);
         auto* item = new QTreeWidgetItem(
             QStringList{ViewName(view), ViewImageKey(view), QString::number(view)});
-        item->setIcon(0, keyIcon(m_icons, ViewImageKey(view), style()));
+        item->setIcon(0, app::IconSet::keyIcon(ViewImageKey(view)));
         lvViews->addTopLevelItem(item);
     }
 }
@@ -233,18 +212,13 @@ void frmMain::fillFilterList()
     lvFilter->clear();
     auto* off = new QTreeWidgetItem(
         QStringList{Translate(QStringLiteral("Filter aus")), QStringLiteral("OFF"), "0"});
-    off->setIcon(0, keyIcon(m_icons, QStringLiteral("OFF"), style()));
+    off->setIcon(0, app::IconSet::keyIcon(QStringLiteral("OFF")));
     lvFilter->addTopLevelItem(off);
     QTreeWidgetItem* selected = off;
     for (int i = 0; i < gFilters.count(); ++i) {
-        const clsFilter& filter = gFilters.at(i);
-        const QString image = FilterIconKey(filter);
-        auto* item =
-            new QTreeWidgetItem(QStringList{filter.Name, image, QString::number(filter.Key)});
-        item->setIcon(0, keyIcon(m_icons, image, style()));
-        lvFilter->addTopLevelItem(item);
-        if (filter.Key == iFilterKey)
-            selected = item;
+        CreateFilter(gFilters.at(i), false);
+        if (gFilters.at(i).Key == iFilterKey)
+            selected = lvFilter->topLevelItem(lvFilter->topLevelItemCount() - 1);
     }
     if (selected == off)
         iFilterKey = 0; // the filter that was selected is gone
@@ -273,9 +247,11 @@ void frmMain::lvFilter_Click(int row)
     if (!item || !app::gDB)
         return;
     const int key = item->text(kSideKey).toInt();
-    // A second click on the selected filter opens the filter editor, which comes with it.
-    if (key == iFilterKey)
+    // A second click on the selected filter opens the filter editor.
+    if (key == iFilterKey) {
+        mnuFilter_Click();
         return;
+    }
     iFilterKey = key;
     BuildView(0, 0, 0);
 }
@@ -286,12 +262,16 @@ void frmMain::feedViewControls(int keepTree)
     db::Database* db = app::gDB.get();
     const bool mainFiles = iViewMode == kViewMainFiles;
     if (mainFiles) {
-        lstMainFiles->setDataBase(db);
+        // The old statement goes before the database is set: setting it would run that
+        // statement again and size its columns over every row while the list is hidden.
         lstMainFiles->setAutoRefresh(false);
         lstMainFiles->setRecordSource(QString());
+        if (lstMainFiles->engine().DataBase() != db)
+            lstMainFiles->setDataBase(db);
         lstMainFiles->setLayout(ViewLayout(app::gListLayouts, kViewMainFiles));
         showMainFiles(true); // shown first: the list loads the rows that fit on screen
         lstMainFiles->setRecordSource(m_viewSql.recordSource);
+        showArchiveIcons(lstMainFiles);
         lstMainFiles->setAutoRefresh(true);
     } else {
         showMainFiles(false);
@@ -337,6 +317,10 @@ void frmMain::treeMain_SelectionChange()
     const controls::TreeItemP item = treeMain->SelectedItem();
     if (!item)
         return;
+    // Another level of the list has columns of its own: the widths carry over to it.
+    ColumnWidths widths;
+    if (!bRefreshing && item->Level != lstMain->CurLevel())
+        widths = fetchColumnWidths();
     const bool refresh = lstMain->AutoRefresh();
     lstMain->setAutoRefresh(false);
     lstMain->Synchronize(item);
@@ -347,6 +331,8 @@ void frmMain::treeMain_SelectionChange()
             lstMain->Resort(index, true);
         lstMain->report().props().SortMode = 0;
     }
+    RestoreColumnWidths(widths, !m_viewSql.withCategory);
+    SetColumnsLayout();
     lstMain->setAutoRefresh(refresh);
     UpdateActions(QString());
 }
@@ -356,8 +342,10 @@ void frmMain::treeMain_DblClick()
     const controls::TreeItemP item = treeMain->SelectedItem();
     if (!item)
         return;
-    // Level 2 opens the file's details, which come with the file commands.
-    if (item->Level == 3)
+    // Level 2 runs the edit command: a file's properties, a category's new name.
+    if (item->Level == 2)
+        mnuDetails_Click();
+    else if (item->Level == 3)
         StartSelected(QString());
 }
 

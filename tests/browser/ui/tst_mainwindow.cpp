@@ -7,6 +7,7 @@
 #include "app/Globals.h"
 #include "app/Settings.h"
 #include "browser/ui/frmMain.h"
+#include "browser/ui/frmMainFilter.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/Database.h"
 #include "catalogue/Recordset.h"
@@ -25,6 +26,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTreeWidget>
@@ -215,8 +217,15 @@ void TestMainWindow::filterRowNarrowsTreeAndList()
     // D64 files: Sanxion, O'Brien's Disk, Commando; their entries.
     QCOMPARE(treeRows(), 1 + 3);
     QCOMPARE(listRows(), qint64(3 + 2 + 1));
-    // The same row again rebuilds nothing (it is the editor's turn).
+    // The same row again opens the editor on that filter; left unchanged, nothing is rebuilt.
+    QList<qint32> editorKeys;
+    browser::setFilterEditorRunner([&](browser::frmMainFilter& editor) {
+        editorKeys << editor.currentKey();
+        editor.exitButton()->click();
+    });
     QTest::mouseClick(filters->viewport(), Qt::LeftButton, {}, disks.center());
+    browser::setFilterEditorRunner(nullptr);
+    QCOMPARE(editorKeys, QList<qint32>{1});
     QCOMPARE(built.count(), 1);
     // Escape turns the filter off.
     filters->setFocus();
