@@ -67,4 +67,43 @@ QStringList SplitCommandLine(const QString& params)
     return args;
 }
 
+namespace {
+
+QString literalText(const QString& value, bool quoteFollows)
+{
+    QString out;
+    out.reserve(value.size() + 8);
+    qsizetype backslashes = 0;
+    for (const QChar c : value) {
+        if (c == u'\\') {
+            ++backslashes;
+            continue;
+        }
+        if (c == u'"') {
+            out += QString(backslashes * 2 + 1, u'\\') + u'"';
+        } else {
+            out += QString(backslashes, u'\\') + c;
+        }
+        backslashes = 0;
+    }
+    out += QString(quoteFollows ? backslashes * 2 : backslashes, u'\\');
+    return out;
+}
+
+} // namespace
+
+void ReplaceWithLiteral(QString& commandLine, const QString& marker, const QString& value)
+{
+    if (marker.isEmpty())
+        return;
+    qsizetype pos = 0;
+    while ((pos = commandLine.indexOf(marker, pos)) >= 0) {
+        const qsizetype after = pos + marker.size();
+        const bool quoteFollows = after < commandLine.size() && commandLine.at(after) == u'"';
+        const QString text = literalText(value, quoteFollows);
+        commandLine.replace(pos, marker.size(), text);
+        pos += text.size();
+    }
+}
+
 } // namespace vd::launch

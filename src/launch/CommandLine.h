@@ -18,4 +18,10 @@ namespace vd::launch {
 // - a pair of quotes with nothing between them is an empty argument ("" gives one argument "").
 QStringList SplitCommandLine(const QString& params);
 
+// Puts `value` (a path or a C64 name, which may hold double quotes and backslashes) in place of
+// every `marker` in `commandLine` so that SplitCommandLine gives it back unchanged, quoted or
+// not: a double quote becomes \" with the backslashes before it doubled, and backslashes at the
+// end are doubled where a double quote follows the marker.
+void ReplaceWithLiteral(QString& commandLine, const QString& marker, const QString& value);
+
 } // namespace vd::launch

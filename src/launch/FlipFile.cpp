@@ -71,7 +71,7 @@ QString StartFlipList(const QStringList& paths, const StartOptions& options)
     QString commandLine;
     if (!BuildCommandLine(profil->Options, item, commandLine))
         return {};
-    commandLine.replace(kFilePathMarker, listFile, Qt::CaseSensitive);
+    ReplaceWithLiteral(commandLine, kFilePathMarker, listFile);
 
     LaunchPlan plan;
     plan.program = program;

@@ -1,6 +1,7 @@
 #include "launch/StartCommand.h"
 
 #include "app/Translate.h"
+#include "launch/CommandLine.h"
 #include "launch/OptionString.h"
 #include "platform/DialogService.h"
 
@@ -75,7 +76,11 @@ bool ExpandPlaceholders(QString& text, StartItem& item)
             message(QStringLiteral("Unbekannter Parameter: "), placeholder);
             return false;
         }
-        text.replace(placeholder, value, Qt::CaseSensitive);
+        // A C64 name is the disk's text, not the user's: it stays one piece of its argument.
+        if (placeholder.mid(2, placeholder.size() - 4).toUpper() == u"C64FILENAME")
+            ReplaceWithLiteral(text, placeholder, value);
+        else
+            text.replace(placeholder, value, Qt::CaseSensitive);
         pos = start;
     }
     return true;

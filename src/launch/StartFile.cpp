@@ -136,7 +136,7 @@ Outcome profilPath(const StartRow& row, QString filePath, QString& profilKey, La
     } else {
         item.useTemp = false;
     }
-    commandLine.replace(kFilePathMarker, filePath, Qt::CaseSensitive);
+    ReplaceWithLiteral(commandLine, kFilePathMarker, filePath);
     plan.program = program;
     plan.arguments = SplitCommandLine(commandLine);
     plan.workingFolder = program.left(program.lastIndexOf(u'/') + 1);

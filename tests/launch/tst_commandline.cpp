@@ -13,6 +13,8 @@ class TestCommandLine : public QObject
 private slots:
     void split_data();
     void split();
+    void literalValuesSurviveTheSplit_data();
+    void literalValuesSurviveTheSplit();
 };
 
 void TestCommandLine::split_data()
@@ -54,6 +56,32 @@ void TestCommandLine::split()
     QFETCH(QString, raw);
     QFETCH(QStringList, args);
     QCOMPARE(SplitCommandLine(raw), args);
+}
+
+// A path or a C64 name put into a template comes back from the split as it was, whatever
+// quotes and backslashes it holds and whether the template quotes it or not.
+void TestCommandLine::literalValuesSurviveTheSplit_data()
+{
+    QTest::addColumn<QString>("value");
+    for (const char* value : {"/c64/plain.d64", "/c64/a \"b\" c.d64", "x\\\"y", "ends\\",
+                              "ends\\\\", "\"", "\\\"\\\"", "'$HOME`id`;*"})
+        QTest::newRow(value) << QString::fromLatin1(value);
+}
+
+void TestCommandLine::literalValuesSurviveTheSplit()
+{
+    QFETCH(QString, value);
+    QString quoted = QStringLiteral("-autostart \"@FILEPATH@\" -x");
+    vd::launch::ReplaceWithLiteral(quoted, QStringLiteral("@FILEPATH@"), value);
+    QCOMPARE(SplitCommandLine(quoted), QStringList({"-autostart", value, "-x"}));
+    QString named = QStringLiteral("\"@FILEPATH@:@FILEPATH@\"");
+    vd::launch::ReplaceWithLiteral(named, QStringLiteral("@FILEPATH@"), value);
+    QCOMPARE(SplitCommandLine(named), QStringList({value + ':' + value}));
+    if (!value.contains(u' ')) {
+        QString bare = QStringLiteral("-1 @FILEPATH@");
+        vd::launch::ReplaceWithLiteral(bare, QStringLiteral("@FILEPATH@"), value);
+        QCOMPARE(SplitCommandLine(bare), QStringList({"-1", value}));
+    }
 }
 
 QTEST_APPLESS_MAIN(TestCommandLine)
