@@ -222,6 +222,38 @@ private slots:
             QDir(app::gCachePath).entryList({QStringLiteral("GB-*.sqlite")}, QDir::Files).size(),
             1);
     }
+
+    // The cache is ours to rebuild: deleting it under an open connection costs nothing, the
+    // open one keeps answering and the next opening builds it again.
+    void aCacheDeletedWhileOpen()
+    {
+        QString root = qEnvironmentVariable("VD_TESTDATA");
+        if (root.isEmpty())
+            root = QStringLiteral(VD_TESTDATA_DIR);
+        const QString mdb = QDir(root).filePath(QStringLiteral("mdb/nwind.mdb"));
+        if (!QFileInfo(mdb).isFile())
+            QSKIP("The folder of real Access files (testdata/mdb) is absent.");
+        test::CatalogueFixture fixture(false);
+        fixture.close();
+        gamebase::connectCatalogues();
+        QString path = fixture.path();
+        const QString count =
+            QStringLiteral("Select Count(*) From [;database=%1].Products").arg(mdb);
+        QVERIFY(catalogue::OpenCatalogueFile(path));
+        QCOMPARE(scalar(*app::gDB, count).toInt(), 77);
+        const QDir cache(app::gCachePath);
+        const QStringList files = cache.entryList({QStringLiteral("GB-*")}, QDir::Files);
+        QVERIFY(!files.isEmpty());
+        for (const QString& f : files)
+            QVERIFY(QFile::remove(cache.filePath(f)));
+        QCOMPARE(scalar(*app::gDB, count).toInt(), 77);
+        catalogue::CloseCatalogue();
+        QVERIFY(catalogue::OpenCatalogueFile(path));
+        QCOMPARE(scalar(*app::gDB, count).toInt(), 77);
+        QCOMPARE(cache.entryList({QStringLiteral("GB-*.sqlite")}, QDir::Files).size(), 1);
+        catalogue::CloseCatalogue();
+        catalogue::setCatalogueOpenedHook({});
+    }
 };
 
 QTEST_GUILESS_MAIN(TestGameBase)
