@@ -14,6 +14,7 @@ cmake --build "$out" --target fuzz_targets
 
 corpus="$out/corpus"
 mkdir -p "$corpus"/{disk_directory,tape_directory,single_file,gcr_decoder,archive}
+mkdir -p "$corpus"/{settings_file,option_string,filter_string,layout_string,jet_sql,flip_file}
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 head -c 3000 /dev/urandom >"$work/a.prg"
@@ -66,7 +67,30 @@ if command -v 7z >/dev/null; then
 fi
 if command -v gcab >/dev/null; then (cd "$work" && gcab -c -z "$corpus/archive/s.cab" a.prg); fi
 
-for target in disk_directory tape_directory single_file gcr_decoder archive; do
+# Text seeds: what the program itself writes and reads.
+printf '[MAIN]\r\nDatabase=/c64/Meine.vdb\r\nFont="CBM"\r\n[EMULATORS]\r\nEmu1=VICE@@@x64sc\r\n' \
+    >"$corpus/settings_file/ini"
+printf '\xff\xfe[\x00M\x00' >"$corpus/settings_file/utf16"
+printf -- '-autostart "@FILEPATH@"=@=1@@@-fastload=@=0@@@-VICIIdsize=@=1' >"$corpus/option_string/vice"
+printf 'tPath!@!( )!@!game!@!@@@iFileType!@!=!@!4!@!Or@@@lSize!@!>!@!!@!And' \
+    >"$corpus/filter_string/mixed"
+printf "tFile!@!=!@!it's!@!" >"$corpus/filter_string/quote"
+printf 'ID!Hidden=2;Width=0;Fixed=0;Order=0$tFile!Hidden=0;Width=120;Fixed=2;Order=1' \
+    >"$corpus/layout_string/new"
+printf '6;0;1;2;3;4;5;800;1200;900;400;300;200' >"$corpus/layout_string/old"
+printf "Select F.ID,F.tProgram,C.tCategory From C64Files as F Left Join Category as C on F.Category_File=C.ID where F.tProgram Like'*game*' And C.iFileType IN (1,2) order by lIndex" \
+    >"$corpus/jet_sql/select"
+printf "Delete Category.* From Category Left Join C64Files on Category.ID = C64Files.Category_File where isNull(Category_File) and Category.iType=1" \
+    >"$corpus/jet_sql/delete"
+printf "PARAMETERS XXX VALUE; Select Top 10 IIF(isNull(GB_ID),'',ucase(tFile)) & '#' From Category where tsLastStarted>#01/02/2003 04:05:06 pm#" \
+    >"$corpus/jet_sql/functions"
+printf "Select * From [;database=/tmp/gb.sqlite].Games as G where G.Name<>'x' and Nz(G.YE_ID,0)>5" \
+    >"$corpus/jet_sql/attached"
+printf '# Vice fliplist file\n\nUNIT 8\n/c64/a b.d64\n/c64/disk2.d64' >"$corpus/flip_file/two"
+printf '# Vice fliplist file\r\n\r\nUNIT 9\r\n  /x.d64  \r\n\r\n' >"$corpus/flip_file/crlf"
+
+for target in disk_directory tape_directory single_file gcr_decoder archive settings_file \
+    option_string filter_string layout_string jet_sql flip_file; do
     mkdir -p "$out/findings/$target"
     echo "== fuzz_$target for ${seconds}s"
     (cd "$out/findings/$target" &&

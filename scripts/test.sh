@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: once in a normal build with warnings as errors, once
-# under AddressSanitizer and UndefinedBehaviorSanitizer.
+# under AddressSanitizer and UndefinedBehaviorSanitizer; then a short run of each fuzz target.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 "$root/scripts/deps.sh"
@@ -17,4 +17,8 @@ echo "== Tests (sanitizers) =="
 ctest --test-dir "$root/build-asan" --output-on-failure -j"$jobs" || status=1
 echo "== Tests =="
 ctest --test-dir "$root/build" --output-on-failure -j"$jobs" || status=1
+# The fuzz targets are built with clang and run for a few seconds each on their seeds, so they
+# keep building and the seeds keep passing; the long runs are done by hand (fuzz/run.sh).
+echo "== Fuzz targets (short run) =="
+"$root/fuzz/run.sh" 3 || status=1
 exit $status
