@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QUrl>
 #include <sqlite3.h>
 
 namespace vd::db {
@@ -87,7 +88,8 @@ static int typeFromDeclaredText(const QString& declared, int* size)
     const QString word = d.section(QLatin1Char('('), 0, 0).trimmed();
     int t = type::Text;
     int s = 0;
-    if (word == QLatin1String("BOOLEAN") || word == QLatin1String("BIT") || word == QLatin1String("YESNO"))
+    if (word == QLatin1String("BOOLEAN") || word == QLatin1String("BIT") ||
+        word == QLatin1String("YESNO"))
         t = type::Boolean;
     else if (word == QLatin1String("TINYINT") || word == QLatin1String("BYTE"))
         t = type::Byte;
@@ -98,20 +100,25 @@ static int typeFromDeclaredText(const QString& declared, int* size)
         t = type::Long;
     else if (word == QLatin1String("CURRENCY") || word == QLatin1String("MONEY"))
         t = type::Currency;
-    else if (word == QLatin1String("FLOAT") || word == QLatin1String("SINGLE") || word == QLatin1String("REAL"))
+    else if (word == QLatin1String("FLOAT") || word == QLatin1String("SINGLE") ||
+             word == QLatin1String("REAL"))
         t = type::Single;
-    else if (word == QLatin1String("DOUBLE") || word == QLatin1String("NUMERIC") || word == QLatin1String("DECIMAL"))
+    else if (word == QLatin1String("DOUBLE") || word == QLatin1String("NUMERIC") ||
+             word == QLatin1String("DECIMAL"))
         t = type::Double;
-    else if (word == QLatin1String("DATETIME") || word == QLatin1String("DATE") || word == QLatin1String("TIMESTAMP"))
+    else if (word == QLatin1String("DATETIME") || word == QLatin1String("DATE") ||
+             word == QLatin1String("TIMESTAMP"))
         t = type::Date;
     else if (word == QLatin1String("BINARY") || word == QLatin1String("VARBINARY")) {
         t = type::Binary;
         s = n;
-    } else if (word == QLatin1String("BLOB") || word == QLatin1String("LONGBINARY") || word == QLatin1String("IMAGE"))
+    } else if (word == QLatin1String("BLOB") || word == QLatin1String("LONGBINARY") ||
+               word == QLatin1String("IMAGE"))
         t = type::LongBinary;
     else if (word == QLatin1String("TEXT") && n == 0)
         t = type::Memo;
-    else if (word == QLatin1String("MEMO") || word == QLatin1String("LONGTEXT") || word == QLatin1String("CLOB"))
+    else if (word == QLatin1String("MEMO") || word == QLatin1String("LONGTEXT") ||
+             word == QLatin1String("CLOB"))
         t = type::Memo;
     else {
         t = type::Text;
@@ -252,8 +259,8 @@ sqlite3_stmt* Connection::prepare(const QString& sqliteText, const QString& jetF
     }
     sqlite3_stmt* stmt = nullptr;
     const QByteArray utf8 = sqliteText.toUtf8();
-    if (sqlite3_prepare_v3(db, utf8.constData(), int(utf8.size()), SQLITE_PREPARE_PERSISTENT,
-                           &stmt, nullptr) != SQLITE_OK) {
+    if (sqlite3_prepare_v3(db, utf8.constData(), int(utf8.size()), SQLITE_PREPARE_PERSISTENT, &stmt,
+                           nullptr) != SQLITE_OK) {
         sqlite3_finalize(stmt);
         fail(jetForErrors);
     }
@@ -340,7 +347,8 @@ QStringList Connection::tableColumns(const QString& schema, const QString& table
     if (it != m_columns.constEnd())
         return it.value();
     QStringList cols;
-    const QString sql = QStringLiteral("PRAGMA %1.table_info(%2)").arg(quoteName(schema), quoteName(table));
+    const QString sql =
+        QStringLiteral("PRAGMA %1.table_info(%2)").arg(quoteName(schema), quoteName(table));
     sqlite3_stmt* stmt = nullptr;
     if (sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &stmt, nullptr) == SQLITE_OK) {
         while (sqlite3_step(stmt) == SQLITE_ROW)
@@ -374,14 +382,19 @@ const TableDef& Connection::tableDef(const QString& schema, const QString& table
     };
 
     QString createSql;
-    query(QStringLiteral("SELECT name, sql FROM %1.sqlite_master WHERE type='table' AND lower(name)=lower(%2)")
-              .arg(quoteName(schema), QLatin1Char('\'') + QString(table).replace(QLatin1Char('\''), QStringLiteral("''")) + QLatin1Char('\'')),
+    query(QStringLiteral(
+              "SELECT name, sql FROM %1.sqlite_master WHERE type='table' AND lower(name)=lower(%2)")
+              .arg(quoteName(schema),
+                   QLatin1Char('\'') +
+                       QString(table).replace(QLatin1Char('\''), QStringLiteral("''")) +
+                       QLatin1Char('\'')),
           [&](sqlite3_stmt* s) {
               def.name = text(s, 0);
               createSql = text(s, 1);
           });
     if (def.name.isEmpty())
-        throw DbError(err::ItemNotFound, QStringLiteral("Item not found in this collection."), table);
+        throw DbError(err::ItemNotFound, QStringLiteral("Item not found in this collection."),
+                      table);
 
     query(QStringLiteral("PRAGMA %1.table_info(%2)").arg(quoteName(schema), quoteName(def.name)),
           [&](sqlite3_stmt* s) {
@@ -393,11 +406,13 @@ const TableDef& Connection::tableDef(const QString& schema, const QString& table
 
     // The primary key of a Long field is the row's own key; its name stands in the table text.
     static const QRegularExpression pk(
-        QStringLiteral(R"re("((?:[^"]|"")+)"\s+\w+\s+CONSTRAINT\s+"((?:[^"]|"")+)"\s+PRIMARY\s+KEY(\s+AUTOINCREMENT)?)re"),
+        QStringLiteral(
+            R"re("((?:[^"]|"")+)"\s+\w+\s+CONSTRAINT\s+"((?:[^"]|"")+)"\s+PRIMARY\s+KEY(\s+AUTOINCREMENT)?)re"),
         QRegularExpression::CaseInsensitiveOption);
     const QString prefix = def.name + QLatin1Char('_');
     auto designName = [&](const QString& physical) {
-        return physical.startsWith(prefix, Qt::CaseInsensitive) ? physical.mid(prefix.size()) : physical;
+        return physical.startsWith(prefix, Qt::CaseInsensitive) ? physical.mid(prefix.size())
+                                                                : physical;
     };
     for (auto m = pk.globalMatch(createSql); m.hasNext();) {
         const QRegularExpressionMatch hit = m.next();
@@ -435,8 +450,9 @@ const TableDef& Connection::tableDef(const QString& schema, const QString& table
             continue;
         const QString physical = ix.fields.value(0);
         ix.fields.clear();
-        query(QStringLiteral("PRAGMA %1.index_info(%2)").arg(quoteName(schema), quoteName(physical)),
-              [&](sqlite3_stmt* s) { ix.fields << text(s, 2); });
+        query(
+            QStringLiteral("PRAGMA %1.index_info(%2)").arg(quoteName(schema), quoteName(physical)),
+            [&](sqlite3_stmt* s) { ix.fields << text(s, 2); });
     }
     return *m_tableDefs.insert(key, def);
 }
@@ -445,25 +461,48 @@ const TableDef& Connection::tableDef(const QString& schema, const QString& table
 
 namespace {
 
-std::shared_ptr<Connection> connect(const QString& path, int flags)
+std::shared_ptr<Connection> openFile(const QString& path, const QByteArray& name, int flags)
 {
     auto conn = std::make_shared<Connection>();
     conn->path = path;
     conn->readOnly = (flags & SQLITE_OPEN_READONLY) != 0;
-    const int rc = sqlite3_open_v2(path.toUtf8().constData(), &conn->db, flags | SQLITE_OPEN_NOMUTEX,
-                                   nullptr);
+    const int rc =
+        sqlite3_open_v2(name.constData(), &conn->db, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     if (rc != SQLITE_OK) {
         const QString msg = conn->db ? QString::fromUtf8(sqlite3_errmsg(conn->db))
                                      : QStringLiteral("out of memory");
         throw DbError(rc == SQLITE_CANTOPEN ? err::FileNotFound : err::Engine, msg, path);
     }
+    // A file the user may not write opens for reading only, whatever was asked.
+    if (sqlite3_db_readonly(conn->db, "main") == 1)
+        conn->readOnly = true;
     sqlite3_extended_result_codes(conn->db, 1);
     sqlite3_db_config(conn->db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(conn->db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     sqlite3_busy_timeout(conn->db, 3000);
     registerJetFunctions(conn->db);
+    return conn;
+}
+
+std::shared_ptr<Connection> connect(const QString& path, int flags)
+{
+    auto conn = openFile(path, path.toUtf8(), flags);
     // Reading the schema proves the file is a database at all.
-    conn->exec(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+    try {
+        conn->exec(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+    } catch (const DbError&) {
+        // A catalogue in a folder the user may not write can't get the shared-memory file
+        // that its journal needs for reading. Nobody writes it then, so it is read as a file
+        // that does not change.
+        if ((sqlite3_extended_errcode(conn->db) & 0xff) != SQLITE_READONLY ||
+            path == QLatin1String(":memory:"))
+            throw;
+        conn.reset();
+        const QByteArray uri =
+            QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded() + "?immutable=1";
+        conn = openFile(path, uri, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+        conn->exec(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+    }
     if (!conn->readOnly && path != QLatin1String(":memory:"))
         conn->exec(QStringLiteral("PRAGMA journal_mode=WAL"));
     conn->exec(QStringLiteral("PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=OFF;"));
@@ -474,9 +513,12 @@ void checkHeader(const QString& path)
 {
     QFile f(path);
     if (!f.exists())
-        throw DbError(err::FileNotFound, QStringLiteral("Could not find file '%1'.").arg(path), path);
+        throw DbError(err::FileNotFound, QStringLiteral("Could not find file '%1'.").arg(path),
+                      path);
     if (!f.open(QIODevice::ReadOnly))
-        throw DbError(err::FileNotFound, QStringLiteral("Could not open file '%1': %2").arg(path, f.errorString()), path);
+        throw DbError(err::FileNotFound,
+                      QStringLiteral("Could not open file '%1': %2").arg(path, f.errorString()),
+                      path);
     const QByteArray head = f.read(100);
     if (head.size() < 100 || !head.startsWith(QByteArrayLiteral("SQLite format 3\0")))
         throw DbError(err::UnrecognizedFormat,
@@ -515,6 +557,11 @@ QString Database::path() const
     return m_conn ? m_conn->path : QString();
 }
 
+bool Database::isReadOnly() const
+{
+    return m_conn && m_conn->readOnly;
+}
+
 bool Database::isOpen() const
 {
     return m_conn != nullptr;
@@ -540,7 +587,8 @@ qint64 Database::execute(const QString& jetSql)
     auto tr = c.translation(jetSql, false, literals);
     if (!tr->parameters.isEmpty())
         throw DbError(err::TooFewParameters,
-                      QStringLiteral("Too few parameters. Expected %1.").arg(tr->parameters.size()), jetSql);
+                      QStringLiteral("Too few parameters. Expected %1.").arg(tr->parameters.size()),
+                      jetSql);
     return c.run(*tr, literals);
 }
 
@@ -549,13 +597,15 @@ qint64 Database::recordsAffected() const
     return m_conn ? m_conn->lastChanges : 0;
 }
 
-std::unique_ptr<Recordset> Database::openRecordset(const QString& source, RecordsetType type, int options)
+std::unique_ptr<Recordset> Database::openRecordset(const QString& source, RecordsetType type,
+                                                   int options)
 {
     Connection& c = live(m_conn);
     QString jet = source.trimmed();
     static const QRegularExpression bareName(QStringLiteral(R"(^(\w+|\[[^\]]+\])$)"));
     if (bareName.match(jet).hasMatch())
-        jet = QStringLiteral("SELECT * FROM ") + (jet.startsWith(QLatin1Char('[')) ? jet : QLatin1Char('[') + jet + QLatin1Char(']'));
+        jet = QStringLiteral("SELECT * FROM ") +
+              (jet.startsWith(QLatin1Char('[')) ? jet : QLatin1Char('[') + jet + QLatin1Char(']'));
     if (type == RecordsetType::Table)
         type = RecordsetType::Dynaset;
     if (options & option::ForwardOnly)
@@ -564,10 +614,12 @@ std::unique_ptr<Recordset> Database::openRecordset(const QString& source, Record
     QVector<QVariant> literals;
     auto tr = c.translation(jet, rowid, literals);
     if (!tr->isSelect)
-        throw DbError(err::Engine, QStringLiteral("Invalid operation: not a SELECT statement."), source);
+        throw DbError(err::Engine, QStringLiteral("Invalid operation: not a SELECT statement."),
+                      source);
     if (!tr->parameters.isEmpty())
         throw DbError(err::TooFewParameters,
-                      QStringLiteral("Too few parameters. Expected %1.").arg(tr->parameters.size()), source);
+                      QStringLiteral("Too few parameters. Expected %1.").arg(tr->parameters.size()),
+                      source);
     std::unique_ptr<Recordset> rs(new Recordset(m_conn, source, tr, literals, type, options));
     rs->start();
     return rs;
@@ -601,7 +653,8 @@ void Database::createTable(const TableDef& table)
         if (f.type == type::Text || f.type == type::Memo)
             col += QStringLiteral(" COLLATE NOCASE");
         if (f.name.compare(primaryField, Qt::CaseInsensitive) == 0) {
-            col += QStringLiteral(" CONSTRAINT ") + quoteName(primaryName) + QStringLiteral(" PRIMARY KEY");
+            col += QStringLiteral(" CONSTRAINT ") + quoteName(primaryName) +
+                   QStringLiteral(" PRIMARY KEY");
             if (f.attributes & 16)
                 col += QStringLiteral(" AUTOINCREMENT");
         }
@@ -613,9 +666,11 @@ void Database::createTable(const TableDef& table)
             for (const QString& n : ix.fields)
                 f << quoteName(n);
             cols << QStringLiteral("CONSTRAINT %1 PRIMARY KEY (%2)")
-                        .arg(quoteName(table.name + QLatin1Char('_') + ix.name), f.join(QLatin1Char(',')));
+                        .arg(quoteName(table.name + QLatin1Char('_') + ix.name),
+                             f.join(QLatin1Char(',')));
         }
-    c.exec(QStringLiteral("CREATE TABLE %1 (%2)").arg(quoteName(table.name), cols.join(QStringLiteral(", "))));
+    c.exec(QStringLiteral("CREATE TABLE %1 (%2)")
+               .arg(quoteName(table.name), cols.join(QStringLiteral(", "))));
     c.schemaChanged();
     for (const IndexDef& ix : table.indexes)
         if (!ix.primary)
@@ -656,7 +711,8 @@ QStringList Database::tableNames() const
     QStringList names;
     sqlite3_stmt* stmt = nullptr;
     sqlite3_prepare_v2(c.db,
-                       "SELECT name FROM sqlite_master WHERE type='table' AND substr(name,1,7)<>'sqlite_' ORDER BY rowid",
+                       "SELECT name FROM sqlite_master WHERE type='table' AND "
+                       "substr(name,1,7)<>'sqlite_' ORDER BY rowid",
                        -1, &stmt, nullptr);
     while (sqlite3_step(stmt) == SQLITE_ROW)
         names << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));

@@ -5,10 +5,10 @@
 #include "catalogue/DaoTypes.h"
 #include "catalogue/DbError.h"
 
-#include <QString>
-#include <QVariant>
 #include <functional>
 #include <memory>
+#include <QString>
+#include <QVariant>
 
 struct sqlite3;
 
@@ -33,6 +33,8 @@ public:
     Database& operator=(const Database&) = delete;
 
     QString path() const;
+    // True when the file could only be opened for reading (asked so, or not writable).
+    bool isReadOnly() const;
     bool isOpen() const;
     void close();
 

@@ -147,7 +147,8 @@ qint64 ImportBatch::loadOne(const QString& name, const QString& path, int flags)
     try {
         return m_fm.LoadFile(name, path, flags, {}, false, 0);
     } catch (const db::DbError& e) {
-        if (e.number() == db::err::Engine)
+        // A catalogue that can't be written ends the batch as a fault of the engine does.
+        if (e.number() == db::err::Engine || (app::gDB && app::gDB->isReadOnly()))
             throw;
         reason = e.description();
     } catch (const std::exception& e) {
