@@ -18,8 +18,8 @@
 #include "controls/ui/UserTree.h"
 #include "platform/ScriptedDialogService.h"
 #include "support/C64ImageWriter.h"
-#include "support/CatalogueFixture.h"
 #include "support/GameBaseFixture.h"
+#include "support/WindowHome.h"
 
 #include <QAction>
 #include <QApplication>
@@ -42,8 +42,7 @@ class TestFrmMainCommands : public QObject
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_home;
-    std::unique_ptr<test::CatalogueFixture> m_cat;
+    std::unique_ptr<test::WindowHome> m_home;
     platform::ScriptedDialogService m_dialogs;
     std::unique_ptr<frmMain> m_form;
 
@@ -66,27 +65,12 @@ class TestFrmMainCommands : public QObject
 private slots:
     void init()
     {
-        m_home = std::make_unique<QTemporaryDir>();
+        m_home = std::make_unique<test::WindowHome>(m_dialogs);
         QVERIFY(m_home->isValid());
-        app::setProgramFolder(m_home->path());
-        QVERIFY(QDir().mkpath(app::gTempPath));
-        m_dialogs.clear();
-        platform::setDialogService(&m_dialogs);
-        m_cat = std::make_unique<test::CatalogueFixture>();
-        m_cat->close();
-        QFile ini(app::gIniFile);
-        QVERIFY(ini.open(QIODevice::WriteOnly));
-        ini.write("[MAIN]\r\nDatabase=" + m_cat->path().toUtf8() + "\r\nViewMode=1\r\n");
-        ini.close();
-        app::reloadIni();
     }
     void cleanup()
     {
         m_form.reset();
-        catalogue::CloseCatalogue();
-        app::gDatabasePath.clear();
-        platform::setDialogService(nullptr);
-        m_cat.reset();
         m_home.reset();
     }
 

@@ -14,7 +14,7 @@
 #include "controls/ui/SimpleReport.h"
 #include "controls/ui/UserTree.h"
 #include "platform/ScriptedDialogService.h"
-#include "support/CatalogueFixture.h"
+#include "support/WindowHome.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -76,42 +76,26 @@ private:
         return r.model()->headerData(listColumn(key), Qt::Horizontal).toString();
     }
 
-    std::unique_ptr<QTemporaryDir> m_home;
-    std::unique_ptr<test::CatalogueFixture> m_cat;
+    std::unique_ptr<test::WindowHome> m_home;
     platform::ScriptedDialogService m_dialogs;
     std::unique_ptr<frmMain> m_form;
 };
 
 void TestMainJourneys::init()
 {
-    m_home = std::make_unique<QTemporaryDir>();
+    m_home = std::make_unique<test::WindowHome>(m_dialogs);
     QVERIFY(m_home->isValid());
-    app::setProgramFolder(m_home->path());
-    QVERIFY(QDir().mkpath(app::gTempPath));
-    m_dialogs.clear();
-    platform::setDialogService(&m_dialogs);
-    m_cat = std::make_unique<test::CatalogueFixture>();
-    m_cat->close();
-    writeIni({});
 }
 
 void TestMainJourneys::cleanup()
 {
     m_form.reset();
-    catalogue::CloseCatalogue();
-    app::gDatabasePath.clear();
-    platform::setDialogService(nullptr);
-    m_cat.reset();
     m_home.reset();
 }
 
 void TestMainJourneys::writeIni(const QByteArray& extra)
 {
-    QFile ini(app::gIniFile);
-    QVERIFY(ini.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    ini.write("[MAIN]\r\nDatabase=" + m_cat->path().toUtf8() + "\r\nViewMode=1\r\n" + extra);
-    ini.close();
-    app::reloadIni();
+    QVERIFY(m_home->writeIni("ViewMode=1\r\n" + extra));
 }
 
 frmMain& TestMainJourneys::open()
@@ -439,36 +423,36 @@ void TestMainJourneys::recentCataloguesOpenAndMoveToTheFront()
             out << a->data().toString();
         return out;
     };
-    QCOMPARE(paths(), (QStringList{m_cat->path(), second.path(), missing}));
+    QCOMPARE(paths(), (QStringList{m_home->cat().path(), second.path(), missing}));
 
     // The second catalogue opens and goes to the front.
     recent->actions().at(1)->trigger();
     QCOMPARE(app::gDatabasePath, second.path());
     QVERIFY(form.windowTitle().endsWith(second.path()));
-    QCOMPARE(paths(), (QStringList{second.path(), m_cat->path(), missing}));
+    QCOMPARE(paths(), (QStringList{second.path(), m_home->cat().path(), missing}));
     QCOMPARE(recent->actions().at(0)->text(), second.path());
 
     // A catalogue that is gone: one message, it leaves the menu, the open one stays.
     recent->actions().at(2)->trigger();
     QCOMPARE(m_dialogs.messages().size(), 1);
     QVERIFY(m_dialogs.messages().at(0).startsWith(u"Die Datenbank liegt nicht im Pfad: "_qs));
-    QCOMPARE(paths(), (QStringList{second.path(), m_cat->path()}));
+    QCOMPARE(paths(), (QStringList{second.path(), m_home->cat().path()}));
     QCOMPARE(app::gDatabasePath, second.path());
 
     // mnuOpenDB: the chosen catalogue opens; one already in the list keeps its place there.
-    m_dialogs.answerText(m_cat->path());
+    m_dialogs.answerText(m_home->cat().path());
     form.menuEntry(u"mnuOpenDB"_qs)->trigger();
-    QCOMPARE(app::gDatabasePath, m_cat->path());
-    QCOMPARE(paths(), (QStringList{second.path(), m_cat->path()}));
+    QCOMPARE(app::gDatabasePath, m_home->cat().path());
+    QCOMPARE(paths(), (QStringList{second.path(), m_home->cat().path()}));
     QCOMPARE(form.tree()->ItemCount(), 1 + test::CatalogueFixture::kFileCount);
     form.menuEntry(u"mnuOpenDB"_qs)->trigger(); // the dialog is cancelled: nothing changes
-    QCOMPARE(app::gDatabasePath, m_cat->path());
+    QCOMPARE(app::gDatabasePath, m_home->cat().path());
 
     recent->actions().at(0)->trigger();
     QCOMPARE(app::gDatabasePath, second.path());
     const QByteArray ini = closeAndReadIni();
     QVERIFY(ini.contains("Database=" + second.path().toUtf8() +
-                         "\r\nDatabase2=" + m_cat->path().toUtf8() + "\r\n"));
+                         "\r\nDatabase2=" + m_home->cat().path().toUtf8() + "\r\n"));
     QVERIFY(!ini.contains("gone.vdb"));
 }
 

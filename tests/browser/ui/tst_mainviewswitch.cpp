@@ -10,7 +10,7 @@
 #include "catalogue/Database.h"
 #include "controls/ui/SimpleReport.h"
 #include "platform/ScriptedDialogService.h"
-#include "support/CatalogueFixture.h"
+#include "support/WindowHome.h"
 
 #include <QAction>
 #include <QDir>
@@ -76,27 +76,15 @@ private:
         QCoreApplication::processEvents();
     }
 
-    std::unique_ptr<QTemporaryDir> m_home;
-    std::unique_ptr<test::CatalogueFixture> m_cat;
+    std::unique_ptr<test::WindowHome> m_home;
     platform::ScriptedDialogService m_dialogs;
     std::unique_ptr<frmMain> m_form;
 };
 
 void TestMainViewSwitch::init()
 {
-    m_home = std::make_unique<QTemporaryDir>();
+    m_home = std::make_unique<test::WindowHome>(m_dialogs);
     QVERIFY(m_home->isValid());
-    app::setProgramFolder(m_home->path());
-    QVERIFY(QDir().mkpath(app::gTempPath));
-    m_dialogs.clear();
-    platform::setDialogService(&m_dialogs);
-    m_cat = std::make_unique<test::CatalogueFixture>();
-    m_cat->close();
-    QFile ini(app::gIniFile);
-    QVERIFY(ini.open(QIODevice::WriteOnly));
-    ini.write("[MAIN]\r\nDatabase=" + m_cat->path().toUtf8() + "\r\nViewMode=1\r\n");
-    ini.close();
-    app::reloadIni();
     m_form = std::make_unique<frmMain>();
     m_form->resize(1000, 700);
     m_form->show();
@@ -108,10 +96,6 @@ void TestMainViewSwitch::init()
 void TestMainViewSwitch::cleanup()
 {
     m_form.reset();
-    catalogue::CloseCatalogue();
-    app::gDatabasePath.clear();
-    platform::setDialogService(nullptr);
-    m_cat.reset();
     m_home.reset();
 }
 
