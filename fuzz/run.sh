@@ -15,6 +15,7 @@ cmake --build "$out" --target fuzz_targets
 corpus="$out/corpus"
 mkdir -p "$corpus"/{disk_directory,tape_directory,single_file,gcr_decoder,archive}
 mkdir -p "$corpus"/{settings_file,option_string,filter_string,layout_string,jet_sql,flip_file}
+mkdir -p "$corpus"/language_file
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 head -c 3000 /dev/urandom >"$work/a.prg"
@@ -88,9 +89,15 @@ printf "Select * From [;database=/tmp/gb.sqlite].Games as G where G.Name<>'x' an
     >"$corpus/jet_sql/attached"
 printf '# Vice fliplist file\n\nUNIT 8\n/c64/a b.d64\n/c64/disk2.d64' >"$corpus/flip_file/two"
 printf '# Vice fliplist file\r\n\r\nUNIT 9\r\n  /x.d64  \r\n\r\n' >"$corpus/flip_file/crlf"
+printf 'Abbrechen@@Cancel\r\nDateien@@Files\r\n&Speichern@@&Save\r\n' >"$corpus/language_file/crlf"
+printf 'Abbrechen@@Cancel\nGr\xc3\xb6\xc3\x9fe@@Size\n' >"$corpus/language_file/lf"
+printf '\xff\xfeA\x00@\x00@\x00B\x00\r\x00\n\x00' >"$corpus/language_file/utf16"
+printf 'Neu@@New@@x\r\nEnde@@End\r\n' >"$corpus/language_file/three_parts"
+printf 'Datei @1 fehlt@@File @1 is missing\r\nGr\xf6\xdfe@@Taille \x80\r\n' \
+    >"$corpus/language_file/param_cp1252"
 
 for target in disk_directory tape_directory single_file gcr_decoder archive settings_file \
-    option_string filter_string layout_string jet_sql flip_file; do
+    option_string filter_string layout_string jet_sql flip_file language_file; do
     mkdir -p "$out/findings/$target"
     echo "== fuzz_$target for ${seconds}s"
     (cd "$out/findings/$target" &&

@@ -20,6 +20,7 @@ QStringList gGBListLayouts = splitGBListLayout(kDefaultGBListLayout);
 QString gGBSplitPos = QStringLiteral("6000");
 QString gGBSplitStyle = QStringLiteral("0");
 QString gGBDownloadUrl;
+QString gGBHomepageUrl = kDefaultGBHomepageUrl;
 QVector<StoredFilter> gGBFilters;
 
 namespace {
@@ -77,6 +78,7 @@ void loadGameBaseSettings()
     gGBSplitPos = read("GBSplitPos", QStringLiteral("6000"));
     gGBSplitStyle = read("GBSplitStyle", QStringLiteral("0"));
     gGBDownloadUrl = read("GBDownloadUrl", {});
+    gGBHomepageUrl = read("GBHomepageUrl", kDefaultGBHomepageUrl);
     gGBFilters = readFilters();
 }
 
@@ -97,6 +99,9 @@ void WriteGameBaseSettings(app::IniText& ini)
     // when it holds something.
     if (!gGBDownloadUrl.isEmpty())
         ini.add(QStringLiteral("GBDownloadUrl"), gGBDownloadUrl);
+    // Likewise set in the file only; written when it is not the default.
+    if (gGBHomepageUrl != kDefaultGBHomepageUrl)
+        ini.add(QStringLiteral("GBHomepageUrl"), gGBHomepageUrl);
     for (qsizetype i = 0; i < gGBFilters.size(); ++i) {
         ini.add(QStringLiteral("FilterName%1").arg(i + 1), gGBFilters[i].name);
         ini.add(QStringLiteral("FilterDef%1").arg(i + 1), gGBFilters[i].definition);

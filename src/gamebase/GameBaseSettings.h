@@ -24,14 +24,18 @@ struct StoredFilter
     }
 };
 
-extern bool gAskForPath;                 // AskForPath: the download asks for each file's folder
-extern bool gArchivFile;                 // ArchivFile: a downloaded file is catalogued
-extern QString gDownloadPath;            // DownloadPath: the games (download) folder
-extern QString gGBListColumns;           // GBListColumns: extra columns of lstGB, "@@@" between
-extern QStringList gGBListLayouts;       // GBListLayout split at "@@@", at least four elements
-extern QString gGBSplitPos;              // GBSplitPos, kept as text
-extern QString gGBSplitStyle;            // GBSplitStyle, kept as text
-extern QString gGBDownloadUrl;           // GBDownloadUrl: set by the user in the file, "" for none
+extern bool gAskForPath;           // AskForPath: the download asks for each file's folder
+extern bool gArchivFile;           // ArchivFile: a downloaded file is catalogued
+extern QString gDownloadPath;      // DownloadPath: the games (download) folder
+extern QString gGBListColumns;     // GBListColumns: extra columns of lstGB, "@@@" between
+extern QStringList gGBListLayouts; // GBListLayout split at "@@@", at least four elements
+extern QString gGBSplitPos;        // GBSplitPos, kept as text
+extern QString gGBSplitStyle;      // GBSplitStyle, kept as text
+extern QString gGBDownloadUrl;     // GBDownloadUrl: set by the user in the file, "" for none
+// GBHomepageUrl: the web page of GameBase downloads that the options' button "Download" opens
+// in the browser; "" turns the button off.
+extern QString gGBHomepageUrl;
+inline const QString kDefaultGBHomepageUrl = QStringLiteral("https://www.gb64.com/");
 extern QVector<StoredFilter> gGBFilters; // the GameBase filters, in their order
 
 inline const QString kDefaultGBListColumns = QStringLiteral("COMMENT@@@YEAR");

@@ -2,14 +2,15 @@
 // The one way the program asks its user anything. The windows install a Qt implementation;
 // the command line, the tests and the core's batch work use a scripted one.
 
-#include <QString>
 #include <optional>
+#include <QString>
 
 namespace vd::platform {
 
 // Message box styles and answers, numbered as the classic message box numbers them, so that
 // a style such as 21 (critical icon with Retry and Cancel) reads the same everywhere.
-enum MsgStyle : int {
+enum MsgStyle : int
+{
     vbOKOnly = 0,
     vbOKCancel = 1,
     vbAbortRetryIgnore = 2,
@@ -24,7 +25,8 @@ enum MsgStyle : int {
     vbDefaultButton3 = 512,
 };
 
-enum MsgResult : int {
+enum MsgResult : int
+{
     vbOK = 1,
     vbCancel = 2,
     vbAbort = 3,
@@ -51,6 +53,14 @@ public:
     virtual QString openFile(const QString& title, const QString& filter, const QString& start) = 0;
     virtual QString saveFile(const QString& title, const QString& filter, const QString& start) = 0;
     virtual QString chooseFolder(const QString& title, const QString& start) = 0;
+    // A colour, as the settings number it (0xBBGGRR); nullopt when the user cancelled. A
+    // service without a colour dialog cancels.
+    virtual std::optional<qint64> chooseColor(qint64 current, const QString& title)
+    {
+        (void)current;
+        (void)title;
+        return std::nullopt;
+    }
 
     bool yesNo(const QString& text, const QString& title = {})
     {

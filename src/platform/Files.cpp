@@ -1,6 +1,7 @@
 #include "platform/Files.h"
 
 #include "app/Globals.h"
+#include "app/Translate.h"
 #include "platform/DialogService.h"
 
 #include <filesystem>
@@ -88,7 +89,8 @@ bool FileExistsMsg(const QString& path)
 {
     if (FileExists(path))
         return true;
-    dialogs().msgBox(QStringLiteral("Datei nicht gefunden: ") + path, vbExclamation);
+    dialogs().msgBox(app::Translate(QStringLiteral("Datei nicht gefunden: ")) + path,
+                     vbExclamation);
     return false;
 }
 

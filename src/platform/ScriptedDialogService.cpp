@@ -20,6 +20,8 @@ const char* kindName(ScriptedDialogService::Kind kind)
         return "save dialog";
     case ScriptedDialogService::Kind::Folder:
         return "folder dialog";
+    case ScriptedDialogService::Kind::Color:
+        return "colour dialog";
     }
     return "dialog";
 }
@@ -77,6 +79,11 @@ void ScriptedDialogService::answerText(const QString& text)
 void ScriptedDialogService::answerCancel()
 {
     m_script.push_back({Scripted::Cancel, 0, {}});
+}
+
+void ScriptedDialogService::answerColor(qint64 bgr)
+{
+    m_script.push_back({Scripted::Text, 0, QString::number(bgr)});
 }
 
 QStringList ScriptedDialogService::messages() const
@@ -181,6 +188,22 @@ QString ScriptedDialogService::saveFile(const QString& title, const QString& fil
 QString ScriptedDialogService::chooseFolder(const QString& title, const QString& start)
 {
     return textDialog(Kind::Folder, {}, title, start).value_or(QString());
+}
+
+std::optional<qint64> ScriptedDialogService::chooseColor(qint64 current, const QString& title)
+{
+    const std::optional<QString> text =
+        textDialog(Kind::Color, {}, title, QString::number(current));
+    if (!text)
+        return std::nullopt;
+    bool ok = false;
+    const qint64 bgr = text->toLongLong(&ok);
+    if (!ok || bgr < 0 || bgr > 0xFFFFFF) {
+        scriptErrors
+            << QStringLiteral("text \"%1\" given to the colour dialog \"%2\"").arg(*text, title);
+        return std::nullopt;
+    }
+    return bgr;
 }
 
 ConsoleDialogService::ConsoleDialogService(QTextStream* stream)

@@ -30,7 +30,8 @@ public:
         Input,
         OpenFile,
         SaveFile,
-        Folder
+        Folder,
+        Color
     };
 
     // One dialog that was shown, with the answer it gave.
@@ -56,6 +57,7 @@ public:
     void answer(int msgResult);
     void answerText(const QString& text); // an input box's text or a file dialog's path
     void answerCancel();                  // the user cancelled (vbCancel for a message box)
+    void answerColor(qint64 bgr);         // a colour dialog's choice (0xBBGGRR)
     int pendingAnswers() const { return int(m_script.size()); }
 
     // The texts of the message boxes shown, oldest first.
@@ -74,6 +76,8 @@ public:
     QString openFile(const QString& title, const QString& filter, const QString& start) override;
     QString saveFile(const QString& title, const QString& filter, const QString& start) override;
     QString chooseFolder(const QString& title, const QString& start) override;
+    // Recorded with the current colour's number as `start` and the choice as `answerText`.
+    std::optional<qint64> chooseColor(qint64 current, const QString& title) override;
 
 private:
     struct Scripted

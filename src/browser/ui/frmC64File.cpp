@@ -2,6 +2,7 @@
 
 #include "app/Globals.h"
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "browser/FileCommands.h"
 #include "catalogue/Database.h"
 #include "catalogue/Recordset.h"
@@ -87,6 +88,7 @@ frmC64File::frmC64File(import::clsFileManager& fileManager, const QList<qint64>&
     cmdOk->setEnabled(m_loaded);
     connect(cmdOk, &QPushButton::clicked, this, &frmC64File::cmdOk_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    app::ui::TranslateForm(this, true);
 }
 
 void frmC64File::load()

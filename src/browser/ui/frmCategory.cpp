@@ -2,6 +2,7 @@
 
 #include "app/Globals.h"
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "browser/FileCommands.h"
 #include "catalogue/Database.h"
 #include "catalogue/Recordset.h"
@@ -56,6 +57,7 @@ frmCategory::frmCategory(import::clsFileManager& fileManager, const QList<qint64
 
     connect(cmdOk, &QPushButton::clicked, this, &frmCategory::cmdOk_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    app::ui::TranslateForm(this, true);
 }
 
 void frmCategory::cmdOk_Click()

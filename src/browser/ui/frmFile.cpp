@@ -1,6 +1,7 @@
 #include "browser/ui/frmFile.h"
 
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "import/FileHash.h"
 
 #include <QApplication>
@@ -86,6 +87,7 @@ frmFile::frmFile(import::clsFileManager& fileManager, qint64 id, QWidget* parent
     connect(cmdCopy, &QPushButton::clicked, this, &frmFile::cmdCopy_Click);
     connect(cmdOk, &QPushButton::clicked, this, &frmFile::cmdOk_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    app::ui::TranslateForm(this, true);
 }
 
 void frmFile::chkM5D_Click()

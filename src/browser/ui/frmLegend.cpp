@@ -1,6 +1,7 @@
 #include "browser/ui/frmLegend.h"
 
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "browser/FilterForm.h"
 
 #include <QDialogButtonBox>
@@ -34,6 +35,7 @@ frmLegend::frmLegend(QWidget* parent) : QDialog(parent), lstLegend(new QTreeWidg
     layout->addWidget(lstLegend);
     layout->addWidget(buttons);
     resize(300, 200);
+    app::ui::TranslateForm(this, true);
 }
 
 } // namespace vd::browser

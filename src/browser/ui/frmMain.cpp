@@ -19,6 +19,7 @@
 #include "import/ui/frmProcess.h"
 #include "launch/Profiles.h"
 #include "platform/DialogService.h"
+#include "setup/ui/frmWizard.h"
 
 #include <algorithm>
 #include <cmath>
@@ -220,6 +221,8 @@ void frmMain::Form_Unload()
         storeSettingsOfWindow();
         app::writeSettings();
     }
+    if (app::CurrentLanguage() == app::kNewLanguage)
+        app::WriteNewLanguageFile(); // the texts this run asked for, as a new language file
     app::releaseCbmFont(m_font);
 }
 
@@ -259,19 +262,7 @@ void frmMain::loadGameBaseSettings()
     gamebase::connectCatalogues();
 }
 
-// Load step 13: the entries of mnuLang, one for each language file in gLangPath, are added
-// here with the language files. Until then German is the one language.
-void frmMain::loadLanguageMenu()
-{
-    m_entries.value(QStringLiteral("mnuLang"))->setChecked(true);
-}
-
-// Load step 14 and each change of language: checking LanguageFile, loading it, the translated
-// global words and the translation of the open forms come with the language files.
-void frmMain::SetupLanguage()
-{
-    launch::SetEmulTypeNames(); // step 3: "Sonstige", the first emulator type
-}
+// Load steps 13 and 14, the language menu and SetupLanguage: frmMainLanguage.cpp.
 
 // Load steps 15, 16 and 26: frmMainViews.cpp.
 
@@ -280,11 +271,19 @@ void frmMain::loadGameBaseFilters() {}
 
 // Load steps 21 and 22, emulators, profiles and lvStart: frmMainStart.cpp.
 
-// First activation, step 4: on a first run the set-up wizard frmWizard is shown here, modal,
-// with this window as owner. Until the wizard exists the window stays empty and waiting.
+// First activation, step 4: on a first run the set-up wizard frmWizard is shown modal over
+// this window. The first activation doesn't wait for it; when it closes, the start list
+// follows the profiles it assigned and the views show the catalogue it made.
 void frmMain::showFirstRunWizard()
 {
     m_firstRunSeen = true;
+    auto* wizard = new setup::frmWizard(*this);
+    wizard->setAttribute(Qt::WA_DeleteOnClose);
+    connect(wizard, &QDialog::finished, this, [this] {
+        BuildStartMenu();
+        BuildView(0, 0, 0);
+    });
+    wizard->open();
 }
 
 // Closing, steps 1, 3 and 4: frmGB, frmPreview and frmFlipList are unloaded, the tree's root

@@ -105,6 +105,11 @@ public:
     // gFileManager, the one importer object of the run.
     vd::import::clsFileManager* fileManager() const { return gFileManager; }
 
+    // mnuOption and the toolbar buttons "Options" of this window and of frmGB
+    // (frmMainOptions.cpp): the options dialog, then the start menus, the preview and the
+    // GameBase window follow what it changed.
+    void ShowOptions();
+
     // The import commands (frmMainBatch.cpp), each in frmProcess. mnuAddFile asks for a file,
     // starting in `startFolder` when given, and imports it (mode 5); mnuAddDir asks for a
     // folder, or takes the one given (a recent-folders entry), and imports it (mode 1).
@@ -190,7 +195,8 @@ private:
     void popupEditMenu();
     void mnuEditHeader_Click();
     void mnuFind_Click();
-    void mnuLang_Click();
+    // Entry `index` of mnuLang: 1 is German, 2 and on the language files (frmMainLanguage.cpp).
+    void mnuLang_Click(int index);
     void openWebPage(const QString& addresses);
     void enableWebPages();
     void selectLastFilterRow();
@@ -224,6 +230,9 @@ private:
     // Runs frmProcess modally; reads the views anew when the catalogue changed.
     int runProcess(int mode, const QString& param);
     void rememberImportFolder(const QString& folder);
+
+    // The options (frmMainOptions.cpp)
+    void connectOptionCommands();
 
     // GameBase commands (frmMainGameBase.cpp)
     void connectGameBaseCommands();

@@ -2,6 +2,7 @@
 
 #include "app/Translate.h"
 #include "app/ui/IconSet.h"
+#include "app/ui/TranslateForm.h"
 #include "browser/Filters.h"
 #include "browser/ui/frmLegend.h"
 #include "browser/ViewBuilder.h"
@@ -75,6 +76,7 @@ frmMainFilter::frmMainFilter(FilterCollection& filters, db::Database* database, 
     buildControls();
     fillExtensions();
     fillFilterBox(0);
+    app::ui::TranslateForm(this, true);
 }
 
 frmMainFilter::~frmMainFilter() = default;

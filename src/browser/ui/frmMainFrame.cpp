@@ -366,6 +366,8 @@ void frmMain::connectCommands()
     connectFileCommands();
     button("Edit", "mnuDetails");
     button("Del", "mnuDel");
+    connectOptionCommands();
+    button("Options", "mnuOption");
 
     for (size_t i = 0; i < cboSearch.size(); ++i) {
         QComboBox* box = cboSearch[i];

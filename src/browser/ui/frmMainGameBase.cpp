@@ -65,6 +65,7 @@ void frmMain::mnuGBOpen_Click()
     auto* form = findChild<gamebase::frmGB*>(QStringLiteral("frmGB"), Qt::FindDirectChildrenOnly);
     if (!form) {
         form = new gamebase::frmGB(gFileManager, this);
+        connect(form, &gamebase::frmGB::optionsRequested, this, &frmMain::ShowOptions);
         form->BuildView(gamebase::kGBViewGameBase);
     } else {
         form->BuildView(form->tabViews->currentIndex() + 1);

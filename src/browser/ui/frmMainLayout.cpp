@@ -1,6 +1,6 @@
 // frmMain: the column layouts of the lists (kept across views and runs), lvSearch beside the
 // search boxes, mnuEdit as the context menu, and the menu entries that only show something:
-// the column editor, the find dialog, the language and the web pages.
+// the column editor, the find dialog and the web pages.
 
 #include "app/Globals.h"
 #include "app/Settings.h"
@@ -204,7 +204,7 @@ void frmMain::connectWindowMenus()
 
     setCommand(QStringLiteral("mnuEditHeader"), [this] { mnuEditHeader_Click(); });
     setCommand(QStringLiteral("mnuFind"), [this] { mnuFind_Click(); });
-    setCommand(QStringLiteral("mnuLang"), [this] { mnuLang_Click(); });
+    setCommand(QStringLiteral("mnuLang"), [this] { mnuLang_Click(1); });
     setCommand(QStringLiteral("mnuHelp"), [this] { openWebPage(app::gHelpUrl); });
     setCommand(QStringLiteral("mnuHomepage"), [this] { openWebPage(app::gHomepageUrl); });
 }
@@ -241,20 +241,6 @@ void frmMain::mnuFind_Click()
         lstMainFiles->FindDialog(false, false);
     else
         lstMain->FindDialog(false, false);
-}
-
-// German is the one language until language files come: choosing it again changes nothing,
-// choosing it after another language goes back to German.
-void frmMain::mnuLang_Click()
-{
-    QAction* german = m_entries.value(QStringLiteral("mnuLang"));
-    german->setChecked(true);
-    if (app::gLanguageFile.isEmpty())
-        return;
-    SaveColumnLayout();
-    app::gLanguageFile.clear();
-    SetupLanguage();
-    BuildView(iViewMode, m_viewSql.withCategory ? 1 : 0, 0);
 }
 
 // An address setting holds the German page, or the German and the English page joined by

@@ -1,5 +1,6 @@
 #include "browser/ui/frmPreview.h"
 
+#include "app/ui/TranslateForm.h"
 #include "app/ui/WindowGeometry.h"
 #include "browser/ui/PreviewPane.h"
 
@@ -22,6 +23,9 @@ frmPreview::frmPreview(QWidget* parent) : QWidget(parent, Qt::Window)
             [this](qint64 key) { emit PreviewFileStart(qint32(key)); });
     app::RestoreWindowPos(
         *this, app::FormDesign{objectName(), kDesignWidthTwips, kDesignHeightTwips, false});
+    // The label and the caption show the name of what is previewed, not a text of the program.
+    m_pane->label()->setProperty(app::ui::kNoTranslate, true);
+    app::ui::TranslateForm(this, false);
 }
 
 frmPreview::~frmPreview() = default;

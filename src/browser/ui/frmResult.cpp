@@ -1,6 +1,7 @@
 #include "browser/ui/frmResult.h"
 
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "catalogue/Database.h"
 #include "catalogue/Recordset.h"
 #include "catalogue/RowOps.h"
@@ -43,6 +44,7 @@ frmResult::frmResult(const QString& title, QList<ResultItem>& items, QWidget* pa
 
     connect(cmdApply, &QPushButton::clicked, this, &frmResult::cmdApply_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    app::ui::TranslateForm(this, true);
 }
 
 QList<ResultItem> frmResult::genreItems(db::Database& gameBase, const QStringList& checkedNames)

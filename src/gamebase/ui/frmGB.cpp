@@ -6,6 +6,7 @@
 #include "app/Globals.h"
 #include "app/Translate.h"
 #include "app/ui/IconSet.h"
+#include "app/ui/TranslateForm.h"
 #include "app/ui/WindowGeometry.h"
 #include "catalogue/Database.h"
 #include "catalogue/Recordset.h"
@@ -71,6 +72,7 @@ frmGB::frmGB(import::clsFileManager* fm, QWidget* owner) : QDialog(owner), m_fm(
     buildForm();
     InitGBForm();
     app::RestoreWindowPos(*this, app::FormDesign{QStringLiteral("frmGB"), 15000, 9000, false});
+    app::ui::TranslateForm(this, true);
 }
 
 frmGB::~frmGB() = default;
@@ -182,6 +184,7 @@ void frmGB::buildToolbar()
         {"Download", "Download", QStyle::SP_ArrowDown},
         {"Filter", "Filter", QStyle::SP_FileDialogContentsView},
         {"Columns", "Spalten", QStyle::SP_FileDialogDetailedView},
+        {"Options", "Optionen", QStyle::SP_ComputerIcon},
         {"Exit", "Beenden", QStyle::SP_DialogCloseButton},
     };
     for (const auto& e : entries) {
@@ -226,6 +229,8 @@ void frmGB::buildToolbar()
             &frmGB::ShowFilterEditor);
     connect(buttons.value(QStringLiteral("Columns")), &QAction::triggered, this,
             [this] { lstGB->EditHeaders(controls::ColumnEditor::kGBView); });
+    connect(buttons.value(QStringLiteral("Options")), &QAction::triggered, this,
+            &frmGB::optionsRequested);
     connect(buttons.value(QStringLiteral("Exit")), &QAction::triggered, this, &QDialog::close);
 }
 

@@ -60,6 +60,12 @@ public:
     void tabFilter_Click(int index);
     // The filter editor on the selected filter tab.
     void ShowFilterEditor();
+    // After the options (frmGBOptions.cpp): the start menu of the profiles anew; letting go of
+    // the GameBase before the options close it; starting over, with an empty search text, on
+    // the GameBase that the options left.
+    void BuildStartMenu();
+    void releaseGameBase();
+    void StartOver();
 
     int changedFlags() const { return m_flags; }
     void clearChangedFlags() { m_flags = 0; }
@@ -100,6 +106,10 @@ public:
     QTimer* moTimer = nullptr;
     QHash<QString, QAction*> buttons; // tlbMain by key
     QMenu* mnuProfil = nullptr;
+
+signals:
+    // The toolbar button "Options": the main window shows the options dialog.
+    void optionsRequested();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -1,6 +1,7 @@
 #include "gamebase/ui/frmGBFilter.h"
 
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "catalogue/Database.h"
 #include "controls/ui/DBCombo.h"
 #include "gamebase/GameBase.h"
@@ -132,6 +133,7 @@ frmGBFilter::frmGBFilter(browser::FilterCollection& filters, QWidget* parent)
         accept();
     });
     connect(cmdExit, &QPushButton::clicked, this, &QDialog::reject);
+    app::ui::TranslateForm(this, true);
 }
 
 void frmGBFilter::addRow(const QString& caption, const QString& field, const QString& compares,

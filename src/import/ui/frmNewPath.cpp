@@ -2,6 +2,7 @@
 
 #include "app/Settings.h"
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "platform/DialogService.h"
 #include "platform/Files.h"
 
@@ -62,6 +63,7 @@ frmNewPath::frmNewPath(const QStringList& oldPaths, QWidget* parent) : QDialog(p
     connect(cmdOk, &QPushButton::clicked, this, &frmNewPath::cmdOk_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(cmdBrowse, &QPushButton::clicked, this, &frmNewPath::cmdBrowse_Click);
+    app::ui::TranslateForm(this, true);
 }
 
 QString frmNewPath::oldPath() const

@@ -1,6 +1,7 @@
 #include "import/ui/frmProcess.h"
 
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "import/clsFileManager.h"
 #include "import/ui/frmNewPath.h"
 #include "import/ui/ResultListModel.h"
@@ -84,6 +85,7 @@ frmProcess::frmProcess(clsFileManager& fileManager, QWidget* parent)
     connect(cmdCancel, &QPushButton::clicked, this, &frmProcess::cmdCancel_Click);
     connect(cmdDelete, &QPushButton::clicked, this, &frmProcess::cmdDelete_Click);
     connect(cmdNewPath, &QPushButton::clicked, this, &frmProcess::cmdNewPath_Click);
+    app::ui::TranslateForm(this, true);
 }
 
 frmProcess::~frmProcess()

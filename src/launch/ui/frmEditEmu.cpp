@@ -2,6 +2,7 @@
 
 #include "app/Globals.h"
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "launch/EditorRules.h"
 #include "launch/Profiles.h"
 #include "platform/DialogService.h"
@@ -58,6 +59,7 @@ frmEditEmu::frmEditEmu(Emulators& emulators, Profils& profils, const QString& ke
 
     connect(cmdPfad, &QPushButton::clicked, this, &frmEditEmu::cmdPfad_Click);
     Form_Load();
+    app::ui::TranslateForm(this, true);
 }
 
 void frmEditEmu::Form_Load()

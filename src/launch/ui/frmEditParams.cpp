@@ -1,6 +1,7 @@
 #include "launch/ui/frmEditParams.h"
 
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "launch/EditorRules.h"
 #include "launch/OptionString.h"
 #include "launch/Profiles.h"
@@ -51,6 +52,7 @@ frmEditParams::frmEditParams(const Emulators& emulators, Profils& profils, const
     lblExtras->setTextFormat(Qt::PlainText);
     fields()->addWidget(lblExtras);
     Form_Load(text);
+    app::ui::TranslateForm(this, true);
 }
 
 void frmEditParams::Form_Load(const QString& text)

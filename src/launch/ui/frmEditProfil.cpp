@@ -1,6 +1,7 @@
 #include "launch/ui/frmEditProfil.h"
 
 #include "app/Translate.h"
+#include "app/ui/TranslateForm.h"
 #include "launch/EditorRules.h"
 
 #include <QCheckBox>
@@ -29,6 +30,7 @@ frmEditProfil::frmEditProfil(ProfilConfig& config, const QString& emulKey, const
     form->addRow(QString(), chkDefEmul);
     fields()->addLayout(form);
     Form_Load();
+    app::ui::TranslateForm(this, true);
 }
 
 void frmEditProfil::Form_Load()

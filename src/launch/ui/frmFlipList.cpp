@@ -3,6 +3,7 @@
 #include "app/Globals.h"
 #include "app/Translate.h"
 #include "app/ui/IconSet.h"
+#include "app/ui/TranslateForm.h"
 #include "app/ui/WindowGeometry.h"
 #include "catalogue/Database.h"
 #include "catalogue/DbError.h"
@@ -90,6 +91,8 @@ frmFlipList::frmFlipList(import::clsFileManager* fm, QWidget* parent)
     app::RestoreWindowPos(
         *this, app::FormDesign{objectName(), kDesignWidthTwips, kDesignHeightTwips, false});
     UpdateButtons();
+    lblFile->setProperty(app::ui::kNoTranslate, true); // the path of the list's file
+    app::ui::TranslateForm(this, true);
 }
 
 frmFlipList::~frmFlipList() = default;

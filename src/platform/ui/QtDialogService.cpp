@@ -4,6 +4,7 @@
 #include "platform/ScriptedDialogService.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QPointer>
@@ -124,6 +125,16 @@ QString QtDialogService::saveFile(const QString& title, const QString& filter, c
 QString QtDialogService::chooseFolder(const QString& title, const QString& start)
 {
     return QFileDialog::getExistingDirectory(parentWindow(), title, start);
+}
+
+std::optional<qint64> QtDialogService::chooseColor(qint64 current, const QString& title)
+{
+    const QColor start(int(current & 0xFF), int((current >> 8) & 0xFF),
+                       int((current >> 16) & 0xFF));
+    const QColor chosen = QColorDialog::getColor(start, parentWindow(), title);
+    if (!chosen.isValid())
+        return std::nullopt;
+    return qint64(chosen.red()) + qint64(chosen.green()) * 256 + qint64(chosen.blue()) * 65536;
 }
 
 } // namespace vd::platform

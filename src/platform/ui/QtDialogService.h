@@ -18,6 +18,7 @@ public:
     QString openFile(const QString& title, const QString& filter, const QString& start) override;
     QString saveFile(const QString& title, const QString& filter, const QString& start) override;
     QString chooseFolder(const QString& title, const QString& start) override;
+    std::optional<qint64> chooseColor(qint64 current, const QString& title) override;
 
     // The message box for a style, ready to show: icon, buttons, default and escape button.
     // Exposed so that the windows' tests can look at it without running it.
