@@ -3,6 +3,7 @@
 #include "app/Globals.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -49,13 +50,54 @@ HomeOption takeHomeOption(const QStringList& arguments)
     return result;
 }
 
+QString installedDataFolder(const QString& executableFolder)
+{
+    if (executableFolder.isEmpty())
+        return {};
+    const QString data = QDir::cleanPath(
+        QDir(executableFolder).absoluteFilePath(QStringLiteral("../share/vellumdock")));
+    return QFileInfo(data).isDir() ? data : QString();
+}
+
 QString defaultProgramFolder(const QString& executableFolder)
 {
     const QFileInfo exe(executableFolder);
-    if (!executableFolder.isEmpty() && exe.isDir() && exe.isWritable())
+    if (!executableFolder.isEmpty() && exe.isDir() && exe.isWritable() &&
+        installedDataFolder(executableFolder).isEmpty())
         return exe.absoluteFilePath();
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
            QStringLiteral("/vellumdock");
+}
+
+int syncLanguageFiles(const QString& from, const QString& to)
+{
+    int copied = 0;
+    const QFileInfoList files =
+        QDir(from).entryInfoList({QStringLiteral("*.lng")}, QDir::Files | QDir::Readable);
+    for (const QFileInfo& source : files) {
+        const QFileInfo target(QDir(to).filePath(source.fileName()));
+        if (target.exists() && target.lastModified() >= source.lastModified())
+            continue;
+        if (!QDir().mkpath(to))
+            return copied;
+        // Copied beside the target first, so a failed copy never leaves half a language file.
+        const QString part = target.filePath() + QStringLiteral(".part");
+        QFile::remove(part);
+        if (!QFile::copy(source.filePath(), part))
+            continue;
+        QFile copy(part);
+        const bool timed =
+            copy.open(QIODevice::ReadWrite) &&
+            copy.setFileTime(source.lastModified(), QFileDevice::FileModificationTime);
+        copy.close();
+        if (!timed || (target.exists() && !QFile::remove(target.filePath())) ||
+            !QFile::rename(part, target.filePath())) {
+            QFile::remove(part);
+            continue;
+        }
+        ++copied;
+    }
+    return copied;
 }
 
 bool initProgramFolder(const QString& home, const QString& executableFolder, QString* error)
@@ -65,7 +107,12 @@ bool initProgramFolder(const QString& home, const QString& executableFolder, QSt
     if (!makeFolder(folder, error))
         return false;
     app::setProgramFolder(folder);
-    return makeFolder(app::gTempPath, error);
+    if (!makeFolder(app::gTempPath, error))
+        return false;
+    const QString installed = installedDataFolder(executableFolder);
+    if (!installed.isEmpty())
+        syncLanguageFiles(installed + QStringLiteral("/Lang"), app::gLangPath);
+    return true;
 }
 
 } // namespace vd::platform
