@@ -6,8 +6,15 @@
 // every 10 ms records how long the window went without processing events during each action.
 //
 //   vellumdock-bench-browser [--files N] [--entries M] [--rounds R] [--nodes K] [--dir DIR]
-//                            [--search TEXT] [--only views|search|nodes] [--views 2,3,4,5,6,1]
+//                            [--catalogue FILE] [--search TEXT] [--search-file TEXT]
+//                            [--search-path TEXT] [--scroll-pages P] [--scroll-jumps J]
+//                            [--only views|search|nodes|scroll] [--views 2,3,4,5,6,1]
 //                            [--no-plain] [--show-sql]
+//
+// With --catalogue an imported catalogue is used instead (a copy in DIR, given 40 user
+// categories and a few starts once, so that views 3, 5 and 6 have rows). Besides the views and
+// searches it times the list scrolled to its end, each step to its paint, a file node's
+// entries opened in the tree (its third level), and prints the process's peak memory.
 
 #include "app/Globals.h"
 #include "app/Settings.h"
@@ -25,9 +32,11 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMap>
 #include <QRandomGenerator>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
@@ -38,6 +47,7 @@
 #include <time.h>
 
 using namespace vd;
+using vd::controls::UserTree;
 
 namespace {
 
@@ -148,6 +158,93 @@ bool fill(const QString& path, int files, int entries)
     return ok;
 }
 
+// Gives an imported catalogue what the views 3, 5 and 6 show: 40 user categories holding one
+// entry in ten, one file and one entry in a hundred started. Done once; a catalogue that has
+// user categories already is left as it is.
+bool decorate(const QString& path)
+{
+    sqlite3* db = nullptr;
+    if (sqlite3_open(path.toUtf8().constData(), &db) != SQLITE_OK)
+        return false;
+    const auto one = [db](const char* sql) {
+        sqlite3_stmt* st = nullptr;
+        qint64 v = -1;
+        if (sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK &&
+            sqlite3_step(st) == SQLITE_ROW)
+            v = sqlite3_column_int64(st, 0);
+        sqlite3_finalize(st);
+        return v;
+    };
+    bool ok = true;
+    if (one("SELECT count(*) FROM Category WHERE iType=3") == 0) {
+        const qint64 base = one("SELECT max(ID) FROM Category");
+        QByteArray sql = "BEGIN;";
+        for (int k = 1; k <= kUserCategories; ++k)
+            sql += QStringLiteral("INSERT INTO Category (ID,iType,tCategory,tFile,tsCreated,"
+                                  "iFileType) VALUES (%1,3,'Kategorie %2','Kategorie %2',"
+                                  "'2024-01-01 10:00:00',0);")
+                       .arg(base + k)
+                       .arg(k)
+                       .toUtf8();
+        sql += "UPDATE C64Files SET Category_User=" + QByteArray::number(base + 1) + "+(ID/10)%" +
+               QByteArray::number(kUserCategories) +
+               " WHERE ID%10=0;"
+               "UPDATE C64Files SET tsLastStarted=printf('2025-%02d-%02d %02d:00:00',1+ID%12,"
+               "1+ID%28,ID%24),lStartCount=1+ID%50 WHERE ID%100=0;"
+               "UPDATE Category SET tsLastStarted=printf('2025-%02d-%02d %02d:00:00',1+ID%12,"
+               "1+ID%28,ID%24),lStartCount=1+ID%50 WHERE iType=1 AND ID%100=0;"
+               "COMMIT;";
+        ok = sqlite3_exec(db, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
+        if (!ok)
+            out << "decorating the catalogue: " << sqlite3_errmsg(db) << Qt::endl;
+    }
+    sqlite3_close(db);
+    return ok;
+}
+
+QVector<qint64> idsOf(const QString& path, const char* sql)
+{
+    QVector<qint64> ids;
+    sqlite3* db = nullptr;
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) ==
+            SQLITE_OK &&
+        sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK)
+        while (sqlite3_step(st) == SQLITE_ROW)
+            ids << sqlite3_column_int64(st, 0);
+    sqlite3_finalize(st);
+    sqlite3_close(db);
+    return ids;
+}
+
+// The highest resident size of this process so far, in MiB.
+double peakMemoryMb()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& line : status.readAll().split('\n'))
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').value(0).toDouble() / 1024.0;
+    return -1;
+}
+
+double percentile(QVector<double> v, double p)
+{
+    if (v.isEmpty())
+        return 0;
+    std::sort(v.begin(), v.end());
+    return v[std::min<qsizetype>(v.size() - 1, qsizetype(p * double(v.size() - 1) + 0.5))];
+}
+
+// One line of the summary table that bench/scale.sh collects.
+void tableLine(const QString& what, const QString& ours, const QString& plain,
+               const QString& target, bool met)
+{
+    out << "TABLE|" << what << '|' << ours << '|' << plain << '|' << target << '|'
+        << (met ? "met" : "NOT met") << Qt::endl;
+}
+
 double median(QVector<double> v)
 {
     std::sort(v.begin(), v.end());
@@ -222,7 +319,8 @@ struct PlainView
     QByteArray list; // the list's first level
 };
 
-PlainView plainView(int view, qint64 maxFile, qint64 maxEntry, const QByteArray& search)
+PlainView plainView(int view, qint64 maxFile, qint64 maxEntry, const QByteArray& search,
+                    int box = 0)
 {
     QByteArray entryWhere;
     QByteArray fileWhere = " WHERE iType=1";
@@ -254,8 +352,14 @@ PlainView plainView(int view, qint64 maxFile, qint64 maxEntry, const QByteArray&
         treeText = "'(' || F.lStartCount || ') - ' || tCategory";
         treeOrder = " ORDER BY F.lStartCount DESC,tCategory COLLATE NOCASE";
     }
-    if (!search.isEmpty())
+    if (!search.isEmpty() && box == 0)
         add(entryWhere, "tProgram LIKE '%" + search + "%'");
+    if (!search.isEmpty() && box > 0) {
+        const QByteArray term =
+            (box == 1 ? "F.tFile" : "F.tPath") + QByteArray(" LIKE '%") + search + "%'";
+        add(entryWhere, term);
+        add(fileWhere, term);
+    }
     PlainView p;
     if (view == 2) {
         p.list = "SELECT F.ID,F.iFileType AS iTyp,CASE WHEN tUnpackPath IS NULL THEN 0 ELSE 24 "
@@ -471,6 +575,15 @@ void printRow(const Row& r)
                         : QStringLiteral("target %1 ms NOT met").arg(r.target))
                .arg(plain)
         << Qt::endl;
+    QString byHand = QStringLiteral("%1 ms").arg(median(r.list), 0, 'f', 1);
+    if (!r.tree.isEmpty())
+        byHand += QStringLiteral(" + tree %1 ms").arg(median(r.tree), 0, 'f', 1);
+    tableLine(r.what + (r.rows >= 0 ? QStringLiteral(" (%1 rows)").arg(r.rows) : QString()),
+              QStringLiteral("%1 ms (max %2, CPU %3)")
+                  .arg(m, 0, 'f', 1)
+                  .arg(maxOf(r.ours), 0, 'f', 1)
+                  .arg(median(r.cpu), 0, 'f', 1),
+              r.list.isEmpty() ? QString() : byHand, QStringLiteral("%1 ms").arg(r.target), met);
 }
 
 } // namespace
@@ -488,7 +601,23 @@ int main(int argc, char* argv[])
     parser.addOption({"nodes", "File nodes selected (default 20).", "K", "20"});
     parser.addOption({"dir", "Keep the catalogue in DIR (default /tmp/vellumdock-bench-browser).",
                       "DIR", "/tmp/vellumdock-bench-browser"});
+    parser.addOption({"catalogue",
+                      "Use this catalogue (copied into DIR once) instead of writing "
+                      "one.",
+                      "FILE"});
     parser.addOption({"search", "Text searched for (default 4711).", "TEXT", "4711"});
+    parser.addOption({"search-file",
+                      "Text searched for in the box of the file's name (default "
+                      "\"Game 47\").",
+                      "TEXT", "Game 47"});
+    parser.addOption({"search-path",
+                      "Text searched for in the box of the path (default "
+                      "\"/47/\").",
+                      "TEXT", "/47/"});
+    parser.addOption(
+        {"scroll-pages", "Pages scrolled down from the top (default 100).", "P", "100"});
+    parser.addOption(
+        {"scroll-jumps", "Jumps of the scroll bar on to the end (default 50).", "J", "50"});
     parser.addOption({"show-sql", "Print the statements of each view."});
     parser.addOption({"only", "Measure only views, search or nodes.", "WHAT"});
     parser.addOption(
@@ -496,13 +625,26 @@ int main(int argc, char* argv[])
     parser.addOption({"no-plain", "Leave out the statements by hand."});
     parser.process(app);
 
-    const int files = parser.value("files").toInt();
-    const int entries = parser.value("entries").toInt();
+    int files = parser.value("files").toInt();
+    int entries = parser.value("entries").toInt();
     const int rounds = std::max(1, parser.value("rounds").toInt());
     const QString dir = parser.value("dir");
     QDir().mkpath(dir);
-    const QString path = QStringLiteral("%1/browser-%2-%3.vdb").arg(dir).arg(files).arg(entries);
-    if (!QFile::exists(path)) {
+    QString path = QStringLiteral("%1/browser-%2-%3.vdb").arg(dir).arg(files).arg(entries);
+    if (parser.isSet("catalogue")) {
+        const QString source = parser.value("catalogue");
+        path = dir + QStringLiteral("/shown-") + QFileInfo(source).fileName();
+        if (!QFile::exists(path) ||
+            QFileInfo(source).lastModified() > QFileInfo(path).lastModified()) {
+            QFile::remove(path);
+            if (!QFile::copy(source, path)) {
+                out << "The catalogue " << source << " could not be copied." << Qt::endl;
+                return 1;
+            }
+        }
+        if (!decorate(path))
+            return 1;
+    } else if (!QFile::exists(path)) {
         out << "Writing " << path << "..." << Qt::endl;
         QElapsedTimer t;
         t.start();
@@ -539,6 +681,7 @@ int main(int argc, char* argv[])
     form->resize(1200, 800);
     form->list()->report().viewport()->installEventFilter(&paints);
     form->filesList()->viewport()->installEventFilter(&paints);
+    form->tree()->viewport()->installEventFilter(&paints);
     Bench bench(*form, paints, gaps);
     // The window shown and its first activation, which opens the catalogue in view 1.
     const Timed opened = bench.time(bench.surfaceOf(1), [&] {
@@ -551,8 +694,15 @@ int main(int argc, char* argv[])
     }
     out << "window shown, catalogue opened in view 1, first paint of the list: " << opened.ms
         << " ms (CPU " << opened.cpuMs << " ms, largest gap " << opened.gapMs << " ms)" << Qt::endl;
-    const qint64 maxFile = files + kUserCategories;
-    const qint64 maxEntry = entries;
+    const QVector<qint64> fileIds = idsOf(path, "SELECT ID FROM Category WHERE iType=1");
+    files = int(fileIds.size());
+    entries = int(idsOf(path, "SELECT count(*) FROM C64Files").value(0));
+    const qint64 maxFile = idsOf(path, "SELECT max(ID) FROM Category").value(0);
+    const qint64 maxEntry = idsOf(path, "SELECT max(ID) FROM C64Files").value(0);
+    tableLine(
+        QStringLiteral("window shown, catalogue opened in view 1"),
+        QStringLiteral("%1 ms (CPU %2)").arg(opened.ms, 0, 'f', 1).arg(opened.cpuMs, 0, 'f', 1), {},
+        QStringLiteral("1500 ms"), opened.ms >= 0 && opened.ms < 1500);
 
     const auto itemCount = [&] {
         return form->viewMode() == 2 ? form->filesList()->ItemCount() : form->list()->ItemCount();
@@ -619,6 +769,63 @@ int main(int argc, char* argv[])
         }
     }
 
+    // The boxes of the file's name and of the path, in view 1.
+    const QString boxText[] = {{}, parser.value("search-file"), parser.value("search-path")};
+    QMap<int, Row> boxes;
+    bench.switchTo(1);
+    for (int box = 1; box <= 2 && measured("search"); ++box) {
+        Row& r = boxes[box];
+        r.what = QStringLiteral("search box %1 in view 1").arg(box);
+        r.target = 300;
+        for (int round = 0; round < rounds; ++round) {
+            const Timed t =
+                bench.time(bench.surfaceOf(1), [&] { bench.search(box, boxText[box]); });
+            r.add(t);
+            r.rows = itemCount();
+            if (byHand) {
+                const PlainView p = plainView(1, maxFile, maxEntry, boxText[box].toUtf8(), box);
+                const Plain::Result list = plain.run(p.list, 61);
+                const Plain::Result tree = plain.run(p.tree, 30);
+                r.addPlain(list, &tree);
+            }
+            bench.time(bench.surfaceOf(1), [&] { bench.search(box, QString()); });
+        }
+    }
+
+    // The list of every entry scrolled to its end: pages from the top, then jumps of the
+    // scroll bar, each step timed to the end of its paint.
+    QVector<double> scrollMs, scrollCpu;
+    if (measured("scroll")) {
+        QScrollBar* bar = form->list()->report().verticalScrollBar();
+        const int pages = std::max(0, parser.value("scroll-pages").toInt());
+        const int jumps = std::max(1, parser.value("scroll-jumps").toInt());
+        for (int i = 0; i < pages + jumps; ++i) {
+            const int start = bar->value();
+            const Timed t = bench.time(bench.surfaceOf(1), [&] {
+                if (i < pages)
+                    bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+                else
+                    bar->setValue(
+                        int(start + qint64(bar->maximum() - start) / (pages + jumps - i)));
+            });
+            if (t.ms >= 0) {
+                scrollMs << t.ms;
+                scrollCpu << t.cpuMs;
+            }
+        }
+        const bool atEnd = bar->value() == bar->maximum();
+        out << QStringLiteral("list scrolled to its end (%1): %2 steps, median %3 ms, 95th "
+                              "percentile %4 ms, max %5 ms (CPU: median %6, max %7)")
+                   .arg(atEnd ? QStringLiteral("reached") : QStringLiteral("NOT reached"))
+                   .arg(scrollMs.size())
+                   .arg(percentile(scrollMs, 0.5), 0, 'f', 2)
+                   .arg(percentile(scrollMs, 0.95), 0, 'f', 2)
+                   .arg(maxOf(scrollMs), 0, 'f', 2)
+                   .arg(percentile(scrollCpu, 0.5), 0, 'f', 2)
+                   .arg(maxOf(scrollCpu), 0, 'f', 2)
+            << Qt::endl;
+    }
+
     // File nodes in view 1, chosen at random.
     bench.switchTo(1);
     Row node;
@@ -626,8 +833,10 @@ int main(int argc, char* argv[])
     node.target = 50;
     QRandomGenerator rng(11);
     const int nodes = std::max(1, parser.value("nodes").toInt());
-    for (int i = 0; i < nodes && measured("nodes"); ++i) {
-        const qint64 file = 1 + rng.bounded(files);
+    QVector<double> expandMs, expandCpu;
+    qint64 expandedRows = 0;
+    for (int i = 0; i < nodes && measured("nodes") && !fileIds.isEmpty(); ++i) {
+        const qint64 file = fileIds[rng.bounded(int(fileIds.size()))];
         bool found = false;
         const Timed t = bench.time(bench.surfaceOf(1), [&] {
             found = form->tree()->SelectItem(QString::number(file), 2);
@@ -642,6 +851,38 @@ int main(int argc, char* argv[])
             node.addPlain(plain.run(plainFileNode(file), 61));
     }
 
+    // The tree with its third level (the check mark "Baum mit Unterelementen", off by default,
+    // taken up by the next build of the view): a file node opened on its entries.
+    if (measured("nodes") && !fileIds.isEmpty()) {
+        form->menuEntry(QStringLiteral("mnuTreeOhnePlusMinus"))->setChecked(true);
+        bench.time(bench.surfaceOf(3),
+                   [&] { bench.switchTo(3); }); // the same view is not built again
+        bench.time(bench.surfaceOf(1), [&] { bench.switchTo(1); });
+        UserTree* tree = form->tree();
+        for (int i = 0; i < nodes; ++i) {
+            const qint64 file = fileIds[rng.bounded(int(fileIds.size()))];
+            if (!tree->SelectItem(QString::number(file), 2)) {
+                out << "file node " << file << " not found in the tree of three levels" << Qt::endl;
+                continue;
+            }
+            bench.time(tree->viewport(), [] {}); // the selection's own paint, not measured
+            const qint32 before = tree->ItemCount();
+            const Timed e = bench.time(tree->viewport(), [&] {
+                tree->ToggleItem(tree->SelectedItem(), UserTree::ExpandOnly);
+            });
+            if (e.ms >= 0) {
+                expandMs << e.ms;
+                expandCpu << e.cpuMs;
+            }
+            expandedRows += tree->ItemCount() - before;
+            if (qEnvironmentVariableIsSet("VD_BENCH_DEBUG"))
+                out << "expand " << file << ": " << e.ms << " ms, rows " << before << " -> "
+                    << tree->ItemCount() << ", levels " << form->viewSql().treeLevels.size()
+                    << Qt::endl;
+        }
+        form->menuEntry(QStringLiteral("mnuTreeOhnePlusMinus"))->setChecked(false);
+    }
+
     out << "\n"
         << files << " files, " << entries << " entries; medians of " << rounds << " rounds ("
         << nodes << " nodes); time to the end of the first paint of the list\n";
@@ -649,8 +890,42 @@ int main(int argc, char* argv[])
         printRow(views[view]);
     for (int view : {1, 3})
         printRow(searches[view]);
+    for (int box = 1; box <= 2; ++box)
+        printRow(boxes[box]);
     printRow(node);
+    if (!expandMs.isEmpty()) {
+        out << QStringLiteral("file node opened in the tree (%1 rows in %2 nodes): median %3 ms, "
+                              "max %4 ms (CPU %5)")
+                   .arg(expandedRows)
+                   .arg(expandMs.size())
+                   .arg(median(expandMs), 0, 'f', 1)
+                   .arg(maxOf(expandMs), 0, 'f', 1)
+                   .arg(median(expandCpu), 0, 'f', 1)
+            << Qt::endl;
+        tableLine(QStringLiteral("tree's third level opened (%1 rows in %2 nodes)")
+                      .arg(expandedRows)
+                      .arg(expandMs.size()),
+                  QStringLiteral("%1 ms (max %2, CPU %3)")
+                      .arg(median(expandMs), 0, 'f', 1)
+                      .arg(maxOf(expandMs), 0, 'f', 1)
+                      .arg(median(expandCpu), 0, 'f', 1),
+                  {}, QStringLiteral("50 ms"), median(expandMs) < 50);
+    }
+    if (!scrollMs.isEmpty())
+        tableLine(
+            QStringLiteral("list scrolled to its end, one step (%1 steps)").arg(scrollMs.size()),
+            QStringLiteral("median %1 ms, 95th pct. %2 ms, max %3 ms (CPU max %4)")
+                .arg(percentile(scrollMs, 0.5), 0, 'f', 2)
+                .arg(percentile(scrollMs, 0.95), 0, 'f', 2)
+                .arg(maxOf(scrollMs), 0, 'f', 2)
+                .arg(maxOf(scrollCpu), 0, 'f', 2),
+            {}, QStringLiteral("16 ms"), percentile(scrollMs, 0.95) < 16);
 
+    const double peak = peakMemoryMb();
+    out << "peak memory of the process (VmHWM): " << peak << " MiB" << Qt::endl;
+    tableLine(QStringLiteral("peak memory of the window's process (VmHWM)"),
+              QStringLiteral("%1 MiB").arg(peak, 0, 'f', 0), {}, QStringLiteral("400 MB"),
+              peak > 0 && peak * 1.048576 < 400);
     form.reset();
     catalogue::CloseCatalogue();
     platform::setDialogService(nullptr);

@@ -143,6 +143,17 @@ void report(const QString& what, qint64 rows, const QVector<double>& ours,
                .arg(limit, 0, 'f', 0)
                .arg(m < limit ? QStringLiteral("met") : QStringLiteral("MISSED"))
                .arg(median(cpu), 0, 'f', 1);
+    // The line bench/scale.sh collects into its table.
+    out << QStringLiteral(
+               "TABLE|GameBase window: %1 (%2 rows)|%3 ms (max %4, CPU %5)|%6 ms|%7 ms|%8\n")
+               .arg(what)
+               .arg(rows)
+               .arg(m, 0, 'f', 1)
+               .arg(*std::max_element(ours.begin(), ours.end()), 0, 'f', 1)
+               .arg(median(cpu), 0, 'f', 1)
+               .arg(median(plain), 0, 'f', 1)
+               .arg(limit, 0, 'f', 0)
+               .arg(m < limit ? QStringLiteral("met") : QStringLiteral("NOT met"));
 }
 
 // A picture in the manner of a C64 title screen, for the screenshot folder.

@@ -4,6 +4,7 @@
 #include "formats/CbmText.h"
 
 #include <array>
+#include <bit>
 #include <vector>
 
 namespace vd::formats {
@@ -44,36 +45,65 @@ public:
         const qint64 p = position % m_bits;
         return (quint8(m_bytes[qsizetype(p / 8)]) >> (7 - p % 8)) & 1;
     }
+    // The 5-bit group at `position`. Inside the track two bytes are read at once; only a group
+    // across the track's end goes bit by bit (a sector is 2,600 groups, a track 70,000 bits).
+    int group(qint64 position) const
+    {
+        const qint64 p = position < m_bits ? position : position % m_bits;
+        if (p + 5 <= m_bits) {
+            const qsizetype i = qsizetype(p >> 3);
+            const int shift = int(p & 7);
+            unsigned word = unsigned(quint8(m_bytes[i])) << 8;
+            if (shift > 3)
+                word |= quint8(m_bytes[i + 1]);
+            return int((word >> (11 - shift)) & 0x1F);
+        }
+        int g = 0;
+        for (int b = 0; b < 5; ++b)
+            g = (g << 1) | bit(p + b);
+        return g;
+    }
     // Decodes `count` bytes from the groups starting at `position`; false on a group that
     // encodes nothing.
     bool decode(qint64 position, int count, quint8* out) const
     {
         for (int i = 0; i < count * 2; ++i) {
-            int group = 0;
-            for (int b = 0; b < 5; ++b)
-                group = (group << 1) | bit(position + qint64(i) * 5 + b);
-            const int nibble = kGcrDecode[size_t(group)];
+            const int nibble = kGcrDecode[size_t(group(position + qint64(i) * 5))];
             if (nibble < 0)
                 return false;
             out[i / 2] = quint8(i % 2 == 0 ? nibble << 4 : out[i / 2] | nibble);
         }
         return true;
     }
-    // Where the data behind each sync mark begins, in order, once per revolution.
+    // Where the data behind each sync mark begins, in order, once per revolution. A mark
+    // across the track's end counts whole: the run of 1 bits at the end of the track leads
+    // into the first byte.
     std::vector<qint64> syncEnds() const
     {
         std::vector<qint64> ends;
+        const qsizetype size = m_bytes.size();
         int run = 0;
-        // Two revolutions, recording only in the second: a mark across the track's end is
-        // then seen whole.
-        for (qint64 p = 0; p < 2 * m_bits; ++p) {
-            if (bit(p)) {
-                ++run;
+        for (qsizetype i = size - 1; i >= 0 && run < kSyncBits; --i) {
+            const quint8 byte = quint8(m_bytes[i]);
+            run += std::countr_one(byte);
+            if (byte != 0xFF)
+                break;
+        }
+        for (qsizetype i = 0; i < size; ++i) {
+            const quint8 byte = quint8(m_bytes[i]);
+            if (byte == 0xFF) { // the common case inside a sync mark: no 0 bit to look at
+                run += 8;
                 continue;
             }
-            if (run >= kSyncBits && p >= m_bits)
-                ends.push_back(p - m_bits);
-            run = 0;
+            for (int b = 7; b >= 0; --b) {
+                if ((byte >> b) & 1) {
+                    ++run;
+                    continue;
+                }
+                if (run >= kSyncBits)
+                    ends.push_back(qint64(i) * 8 + (7 - b));
+                run = 0;
+            }
         }
         return ends;
     }

@@ -15,8 +15,8 @@
 #include "platform/Latin1.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace vd::import {
 
@@ -147,10 +147,16 @@ QString clsFileManager::ConvertG64(const QString& sName, const QString& sPath,
         return {}; // no Temp folder to write into
     const QString target = folder + QLatin1Char('/') + baseName(sName) + QStringLiteral(".D64");
     QDir().mkpath(folder);
-    QSaveFile out(target);
-    if (!out.open(QIODevice::WriteOnly) || out.write(converted.d64) != converted.d64.size() ||
-        !out.commit())
+    // A scratch copy, read once and thrown away: written plainly, since QSaveFile's commit
+    // waits for the disk (an fsync of 10 ms or more per G64 on a busy machine).
+    QFile out(target);
+    const bool written = out.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+                         out.write(converted.d64) == converted.d64.size() && out.flush();
+    out.close();
+    if (!written) {
+        QFile::remove(target); // no half-written image for the reader to find
         return {};
+    }
     const formats::DiskGeometry& d64 = formats::diskGeometry(formats::DiskKind::D64);
     return formats::acceptsLength(d64, formats::fileLength(target)) ? target : QString();
 }

@@ -120,6 +120,38 @@ private slots:
         QVERIFY(c.d64 == d64);
     }
 
+    // The track turned by a number of bits that is no multiple of 8: a sync mark, a header and
+    // a data block each cut at the track's end in the middle of a byte.
+    void trackTurnedByBits_data()
+    {
+        QTest::addColumn<int>("bits");
+        QTest::newRow("3 bits of the first sync mark at the end") << 3;
+        QTest::newRow("3 bits of it at the start") << 37;
+        QTest::newRow("a header cut at an odd bit") << 45;
+        QTest::newRow("a data block cut at an odd bit") << 1003;
+    }
+    void trackTurnedByBits()
+    {
+        QFETCH(int, bits);
+        const QByteArray d64 = sampleD64();
+        QByteArray g64 = vd::test::g64FromD64(d64);
+        const qint64 at = trackOffsetInG64(g64, 18);
+        const int length = quint8(g64[at]) | quint8(g64[at + 1]) << 8;
+        const QByteArray track = g64.mid(at + 2, length);
+        const qint64 total = qint64(length) * 8;
+        QByteArray turned(length, '\0');
+        for (qint64 p = 0; p < total; ++p) {
+            const qint64 from = (p + bits) % total;
+            if ((quint8(track[from / 8]) >> (7 - from % 8)) & 1)
+                turned[p / 8] = char(quint8(turned[p / 8]) | (0x80 >> (p % 8)));
+        }
+        g64.replace(at + 2, length, turned);
+        const G64Conversion c = convertG64ToD64(g64);
+        QVERIFY(c.ok);
+        QCOMPARE(c.sectorsFailed, 0);
+        QVERIFY(c.d64 == d64);
+    }
+
     void refused_data()
     {
         QTest::addColumn<QByteArray>("g64");
