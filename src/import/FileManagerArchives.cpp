@@ -259,7 +259,7 @@ qint64 clsFileManager::scanArchiveMember(const QString& sName, const QString& sP
     try {
         return LoadFile(sName, sPath, lFlags, sRelPath, true, 0);
     } catch (const db::DbError& e) {
-        if (e.number() == db::err::Engine)
+        if (IsCatalogueFault(e))
             throw;
         RaiseMessage(kScanError, {}, e.description());
     } catch (const std::exception& e) {

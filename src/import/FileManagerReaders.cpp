@@ -69,6 +69,11 @@ qint64 clsFileManager::ReadD64Directory(const QString& sName, const QString& sPa
                 return 0;
             }
         }
+    } catch (const db::DbError& e) {
+        if (IsCatalogueFault(e))
+            throw;
+        reportFileError(sName);
+        return 0;
     } catch (const std::exception&) {
         reportFileError(sName);
         return 0;
@@ -119,6 +124,11 @@ qint64 clsFileManager::readDirectory(const formats::DiskGeometry& geometry, int 
             }
             ++lIndex;
         }
+    } catch (const db::DbError& e) {
+        if (IsCatalogueFault(e))
+            throw;
+        reportFileError(sName);
+        return 0;
     } catch (const std::exception&) {
         reportFileError(sName);
         return 0;
@@ -172,6 +182,11 @@ qint64 clsFileManager::ReadT64Directory(const QString& sName, const QString& sPa
             return 0;
         }
         return readTape(file, sName, sPath, lFlags, lID);
+    } catch (const db::DbError& e) {
+        if (IsCatalogueFault(e))
+            throw;
+        reportFileError(sName);
+        return 0;
     } catch (const std::exception&) {
         reportFileError(sName);
         return 0;
@@ -207,6 +222,11 @@ qint64 clsFileManager::readCheckedSingle(const formats::SingleFormat& format, co
             !CheckFileMagic(sPath, formats::readMagic(format, file), QLatin1String(format.magic)))
             return 0;
         return writeSingle(format, sName, sPath, file, lFlags, lID);
+    } catch (const db::DbError& e) {
+        if (IsCatalogueFault(e))
+            throw;
+        reportFileError(sName);
+        return 0;
     } catch (const std::exception&) {
         reportFileError(sName);
         return 0;

@@ -80,6 +80,19 @@ BatchResult ImportBatch::run(int iMode, const QString& sParam)
         result.failure = e.description();
         if (!e.statement().isEmpty())
             result.failure += QLatin1Char('\n') + e.statement();
+        // The engine's own words name the fault; the line before them says what it means
+        // for the user's catalogue.
+        if (app::gDB && app::gDB->isReadOnly())
+            result.failure = app::Translate(QStringLiteral(
+                                 "Die Datenbank ist schreibgeschützt und kann nur gelesen "
+                                 "werden: ")) +
+                             app::gDatabasePath + QStringLiteral("\n\n") + result.failure;
+        else if (e.number() == db::err::Engine)
+            result.failure =
+                app::Translate(QStringLiteral(
+                    "Die Datenbank konnte nicht geschrieben werden, der Import "
+                    "wurde beendet. Was bisher aufgenommen wurde, bleibt erhalten: ")) +
+                app::gDatabasePath + QStringLiteral("\n\n") + result.failure;
         // What was written stays, as far as the engine still allows it.
         try {
             endTransaction();
@@ -148,7 +161,7 @@ qint64 ImportBatch::loadOne(const QString& name, const QString& path, int flags)
         return m_fm.LoadFile(name, path, flags, {}, false, 0);
     } catch (const db::DbError& e) {
         // A catalogue that can't be written ends the batch as a fault of the engine does.
-        if (e.number() == db::err::Engine || (app::gDB && app::gDB->isReadOnly()))
+        if (IsCatalogueFault(e))
             throw;
         reason = e.description();
     } catch (const std::exception& e) {

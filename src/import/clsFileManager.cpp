@@ -412,6 +412,11 @@ QString clsFileManager::messageName(const QString& sPath) const
     return sArchivePath.isEmpty() ? sPath : sArchivePath + QLatin1Char('\\') + sUnpackPath;
 }
 
+bool IsCatalogueFault(const db::DbError& e)
+{
+    return e.number() == db::err::Engine || (app::gDB && app::gDB->isReadOnly());
+}
+
 void clsFileManager::reportFileError(const QString& sName)
 {
     RaiseMessage(QStringLiteral("Fehler in der Datei: '@1'"), sName, {});

@@ -19,6 +19,7 @@
 
 namespace vd::db {
 class Database;
+class DbError;
 class QueryDef;
 class Recordset;
 } // namespace vd::db
@@ -34,6 +35,11 @@ namespace vd::import {
 // ShowMessage types besides an iFileType.
 constexpr int kMessageStatus = 0;
 constexpr int kMessageResult = -1;
+
+// A fault of the catalogue itself, not of the file being read: the engine failed (a full disk,
+// an I/O error) or the catalogue opened for reading only. It ends a batch with its message
+// instead of being reported file by file.
+bool IsCatalogueFault(const db::DbError& e);
 
 // A failure that a reader without its own handler passes on to whoever called LoadFile, such
 // as a file that vanished before its length could be taken.
