@@ -5,6 +5,7 @@
 #include "app/Globals.h"
 #include "app/Settings.h"
 #include "app/Translate.h"
+#include "browser/ui/frmLogo.h"
 #include "browser/ui/frmMain.h"
 #include "controls/TreeItem.h"
 #include "controls/ui/ReportView.h"
@@ -207,6 +208,10 @@ void frmMain::connectWindowMenus()
     setCommand(QStringLiteral("mnuLang"), [this] { mnuLang_Click(1); });
     setCommand(QStringLiteral("mnuHelp"), [this] { openWebPage(app::gHelpUrl); });
     setCommand(QStringLiteral("mnuHomepage"), [this] { openWebPage(app::gHomepageUrl); });
+    setCommand(QStringLiteral("mnuLogo"), [this] {
+        frmLogo logo(this);
+        logo.exec();
+    });
 }
 
 void frmMain::popupEditMenu()

@@ -7,6 +7,7 @@
 #include "../StuckFile.h"
 #include "app/Globals.h"
 #include "app/Settings.h"
+#include "browser/ui/frmLogo.h"
 #include "browser/ui/frmMain.h"
 #include "catalogue/Catalogue.h"
 #include "platform/ScriptedDialogService.h"
@@ -25,6 +26,7 @@
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
 
 using namespace vd;
@@ -78,6 +80,7 @@ private slots:
     void menusCarryTheirCaptions_data();
     void menusCarryTheirCaptions();
     void laterCommandsArePresentAndDisabled();
+    void aboutBoxTellsWhichCopyRuns();
     void toolbarAndStatusBarByKey();
     void catalogueEnablesItsCommands();
     void splittersTakeAndKeepTheirPositions();
@@ -340,6 +343,34 @@ void TestFrmMain::laterCommandsArePresentAndDisabled()
     QVERIFY(!form.menuEntry(QStringLiteral("mnuProfil"))->isVisible());
     QVERIFY(!form.menuEntry(QStringLiteral("mnuNewCat"))->isVisible()); // view 3 alone
     QVERIFY(form.menuEntry(QStringLiteral("mnuLang"))->isChecked());
+}
+
+// "Info" shows the version, the program folder, the settings file and the open catalogue,
+// and closes with Escape.
+void TestFrmMain::aboutBoxTellsWhichCopyRuns()
+{
+    const QString path = makeCatalogue(QStringLiteral("Sammlung"));
+    writeIni("[MAIN]\r\nDatabase=" + path.toUtf8() + "\r\n");
+    frmMain& form = start();
+    QString version, info;
+    bool closed = false;
+    QTimer::singleShot(0, [&] {
+        auto* logo = form.findChild<browser::frmLogo*>(QStringLiteral("frmLogo"));
+        if (!logo)
+            return;
+        version = logo->lblVersion->text();
+        info = logo->lblInfo->text();
+        QTest::keyClick(logo, Qt::Key_Escape);
+        closed = !logo->isVisible();
+    });
+    QAction* entry = form.menuEntry(QStringLiteral("mnuLogo"));
+    QVERIFY(entry->isEnabled());
+    entry->trigger();
+    QVERIFY(closed);
+    QVERIFY2(version.contains(app::gVersion), qPrintable(version));
+    QVERIFY2(info.contains(QDir::toNativeSeparators(path)), qPrintable(info));
+    QVERIFY2(info.contains(QDir::toNativeSeparators(app::gIniFile)), qPrintable(info));
+    QVERIFY(info.contains(QStringLiteral("SQLite 3.")));
 }
 
 void TestFrmMain::toolbarAndStatusBarByKey()
