@@ -25,12 +25,25 @@ QString folder(const QString& path)
     return QDir::toNativeSeparators(QDir::cleanPath(path));
 }
 
+// The name and the version, and the libraries: the same in every language.
+QString versionCaption()
+{
+    return QStringLiteral("<b>Vellumdock %1</b>").arg(app::gVersion.toHtmlEscaped());
+}
+
+QString librariesLine()
+{
+    return QStringLiteral("Qt %1 · SQLite %2 · %3")
+        .arg(QString::fromLatin1(qVersion()), QString::fromLatin1(sqlite3_libversion()),
+             QString::fromLatin1(archive_version_string()));
+}
+
 } // namespace
 
 frmLogo::frmLogo(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmLogo"));
-    setWindowTitle(QStringLiteral("Info"));
+    setWindowTitle(QStringLiteral("Über Vellumdock"));
     auto* layout = new QVBoxLayout(this);
     auto* top = new QHBoxLayout;
     auto* picture = new QLabel(this);
@@ -41,8 +54,7 @@ frmLogo::frmLogo(QWidget* parent) : QDialog(parent)
     top->addWidget(picture, 0, Qt::AlignTop);
 
     auto* text = new QVBoxLayout;
-    lblVersion =
-        new QLabel(QStringLiteral("<b>Vellumdock %1</b>").arg(app::gVersion.toHtmlEscaped()), this);
+    lblVersion = new QLabel(versionCaption(), this);
     lblVersion->setObjectName(QStringLiteral("lblVersion"));
     text->addWidget(lblVersion);
     auto* about =
@@ -56,10 +68,7 @@ frmLogo::frmLogo(QWidget* parent) : QDialog(parent)
     lblInfo = new QLabel(this);
     lblInfo->setObjectName(QStringLiteral("lblInfo"));
     lblInfo->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    lblInfo->setText(QStringLiteral("Qt %1 · SQLite %2 · %3\n\n")
-                         .arg(QString::fromLatin1(qVersion()),
-                              QString::fromLatin1(sqlite3_libversion()),
-                              QString::fromLatin1(archive_version_string())) +
+    lblInfo->setText(librariesLine() + QStringLiteral("\n\n") +
                      app::Translate(QStringLiteral("Programmordner: ")) + folder(app::gAppPath) +
                      QLatin1Char('\n') + app::Translate(QStringLiteral("Einstellungen: ")) +
                      folder(app::gIniFile) + QLatin1Char('\n') +
