@@ -4,6 +4,7 @@
 #include "app/Translate.h"
 #include "catalogue/CatalogueSchema.h"
 #include "catalogue/Database.h"
+#include "catalogue/PlannerStatistics.h"
 #include "catalogue/Recordset.h"
 #include "catalogue/RowOps.h"
 #include "platform/DialogService.h"
@@ -148,6 +149,8 @@ bool OpenCatalogueFile(QString& path, platform::Progress& progress)
                          platform::vbCritical);
         return false;
     }
+    // Searches on the files of a large catalogue need the planner to know its tables.
+    db::refreshPlannerStatistics(*db);
     if (openedHook())
         openedHook()(*db);
     CloseCatalogue();

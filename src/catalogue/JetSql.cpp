@@ -1,11 +1,14 @@
 #include "catalogue/JetSql.h"
 
 #include "catalogue/DbError.h"
+#include "catalogue/JetJoins.h"
 #include "catalogue/JetSqlParse.h"
 
+#include <algorithm>
 #include <QDateTime>
 #include <QHash>
 #include <QRegularExpression>
+#include <utility>
 
 namespace vd::db {
 
@@ -42,8 +45,9 @@ QDateTime dateFromStorage(const QString& text)
 
 bool parseJetDate(const QString& body, QDateTime& out)
 {
-    static const QRegularExpression re(QStringLiteral(
-        R"(^\s*(?:(\d{1,4})([-/.])(\d{1,2})\2(\d{1,4}))?\s*(?:(\d{1,2}):(\d{1,2})(?::(\d{1,2}))?\s*([ap]m?)?)?\s*$)"),
+    static const QRegularExpression re(
+        QStringLiteral(
+            R"(^\s*(?:(\d{1,4})([-/.])(\d{1,2})\2(\d{1,4}))?\s*(?:(\d{1,2}):(\d{1,2})(?::(\d{1,2}))?\s*([ap]m?)?)?\s*$)"),
         QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch m = re.match(body);
     if (!m.hasMatch() || body.trimmed().isEmpty())
@@ -400,13 +404,14 @@ public:
         const size_t n = st.cores.size();
         for (size_t i = 0; i < n; ++i) {
             const SelectCore& c = st.cores[i];
-            QString text = core(c, topLevel && i == 0);
+            QString text = core(c, topLevel && i == 0, n == 1);
             const bool last = i + 1 == n;
             // A part's own TOP or ORDER BY must not reach the whole compound.
             if (n > 1 && ((!c.top.isEmpty()) || (!last && !c.orderBy.empty())))
                 text = QStringLiteral("SELECT * FROM (") + text + QLatin1Char(')');
             if (i > 0)
-                out += st.unionAll[i - 1] ? QStringLiteral(" UNION ALL ") : QStringLiteral(" UNION ");
+                out +=
+                    st.unionAll[i - 1] ? QStringLiteral(" UNION ALL ") : QStringLiteral(" UNION ");
             out += text;
         }
         return out;
@@ -416,8 +421,9 @@ public:
     {
         switch (f->kind) {
         case FromItem::Table: {
-            QString t = f->schema.isEmpty() ? quoteName(f->table)
-                                            : quoteName(f->schema) + QLatin1Char('.') + quoteName(f->table);
+            QString t = f->schema.isEmpty()
+                            ? quoteName(f->table)
+                            : quoteName(f->schema) + QLatin1Char('.') + quoteName(f->table);
             if (!f->alias.isEmpty())
                 t += QStringLiteral(" AS ") + quoteName(f->alias);
             return t;
@@ -430,14 +436,18 @@ public:
         }
         case FromItem::Paren:
             return QLatin1Char('(') + from(f->left) + QLatin1Char(')');
-        case FromItem::Join:
+        case FromItem::Join: {
             if (f->joinType == QLatin1String("CROSS"))
                 return from(f->left) + QStringLiteral(", ") + from(f->right);
             if (f->joinType == QLatin1String("RIGHT")) // older engines lack RIGHT JOIN: swap sides
                 return from(f->right) + QStringLiteral(" LEFT JOIN ") + from(f->left) +
                        QStringLiteral(" ON ") + expr(f->on);
-            return from(f->left) + QLatin1Char(' ') + f->joinType + QStringLiteral(" JOIN ") +
+            const bool inner =
+                std::find(m_innerJoins.begin(), m_innerJoins.end(), f.get()) != m_innerJoins.end();
+            return from(f->left) + QLatin1Char(' ') +
+                   (inner ? QStringLiteral("INNER") : f->joinType) + QStringLiteral(" JOIN ") +
                    from(f->right) + QStringLiteral(" ON ") + expr(f->on);
+        }
         }
         return {};
     }
@@ -483,12 +493,12 @@ public:
 private:
     struct OutColumn
     {
-        QString text;      // expression as written out
-        QString name;      // the name the engine gives it
-        QString qualifier; // for a column reference: its table's qualifier
+        QString text;       // expression as written out
+        QString name;       // the name the engine gives it
+        QString qualifier;  // for a column reference: its table's qualifier
         bool named = false; // alias written by the caller
         bool isExpression = false;
-        int source = -1;   // the table it reads, for a column reference
+        int source = -1; // the table it reads, for a column reference
         QString column;
     };
 
@@ -513,10 +523,14 @@ private:
         return found;
     }
 
-    QString core(const SelectCore& c, bool nameColumns)
+    QString core(const SelectCore& c, bool nameColumns, bool alone)
     {
         std::vector<Source> sources;
         collectSources(c.from, sources);
+        const std::vector<const FromItem*> inner = joinsMadeInner(c, [&](const QStringList& parts) {
+            const int s = sourceOf(sources, parts);
+            return s >= 0 ? sources[size_t(s)].qualifier : QString();
+        });
 
         // Expand the select list into its output columns, so names can be checked.
         std::vector<OutColumn> cols;
@@ -576,8 +590,10 @@ private:
                     QString t = expr(item.expr);
                     if (!item.alias.isEmpty())
                         t += QStringLiteral(" AS ") + quoteName(item.alias);
-                    else if (nameColumns && !(item.expr->kind == JetNode::Name && item.expr->param < 0))
-                        t += QStringLiteral(" AS ") + quoteName(QStringLiteral("Expr%1").arg(1000 + pos));
+                    else if (nameColumns &&
+                             !(item.expr->kind == JetNode::Name && item.expr->param < 0))
+                        t += QStringLiteral(" AS ") +
+                             quoteName(QStringLiteral("Expr%1").arg(1000 + pos));
                     items << t;
                 }
                 ++pos;
@@ -597,7 +613,8 @@ private:
                         t += QStringLiteral(" AS ") +
                              quoteName(QStringLiteral("Expr%1").arg(1000 + int(pos)));
                 } else if (counts.value(oc.name.toLower()) > 1 && !oc.qualifier.isEmpty()) {
-                    t += QStringLiteral(" AS ") + quoteName(oc.qualifier + QLatin1Char('.') + oc.name);
+                    t += QStringLiteral(" AS ") +
+                         quoteName(oc.qualifier + QLatin1Char('.') + oc.name);
                 }
                 items << t;
             }
@@ -619,9 +636,11 @@ private:
                 if (!item.alias.isEmpty())
                     t += QStringLiteral(" AS ") + quoteName(item.alias);
                 else if (nameColumns && !(item.expr->kind == JetNode::Name && item.expr->param < 0))
-                    t += QStringLiteral(" AS ") + quoteName(QStringLiteral("Expr%1").arg(1000 + pos));
+                    t += QStringLiteral(" AS ") +
+                         quoteName(QStringLiteral("Expr%1").arg(1000 + pos));
                 else if (nameColumns && cols[size_t(pos)].source >= 0 &&
-                         !sources[size_t(cols[size_t(pos)].source)].columns.contains(cols[size_t(pos)].name))
+                         !sources[size_t(cols[size_t(pos)].source)].columns.contains(
+                             cols[size_t(pos)].name))
                     // The field is named as the statement writes it ("GA_ID" for GA_Id).
                     t += QStringLiteral(" AS ") + quoteName(cols[size_t(pos)].name);
                 items << t;
@@ -635,8 +654,8 @@ private:
                 if (src.table.isEmpty())
                     continue;
                 m_editable->sources.push_back({src.schema, src.table, src.qualifier});
-                items << quoteName(src.qualifier) +
-                             QStringLiteral(".rowid AS \"__rowid%1\"").arg(m_editable->sources.size());
+                items << quoteName(src.qualifier) + QStringLiteral(".rowid AS \"__rowid%1\"")
+                                                        .arg(m_editable->sources.size());
             }
             auto editableIndex = [&](int source) {
                 if (source < 0 || sources[size_t(source)].table.isEmpty())
@@ -659,8 +678,11 @@ private:
         if (c.distinct)
             out += QStringLiteral("DISTINCT ");
         out += items.join(QLatin1Char(','));
-        if (c.from)
+        if (c.from) {
+            const auto outer = std::exchange(m_innerJoins, inner);
             out += QStringLiteral(" FROM ") + from(c.from);
+            m_innerJoins = outer;
+        }
         if (c.where)
             out += QStringLiteral(" WHERE ") + expr(c.where);
         if (!c.groupBy.empty()) {
@@ -671,17 +693,42 @@ private:
         }
         if (c.having)
             out += QStringLiteral(" HAVING ") + expr(c.having);
+        // A join made inner lets the engine choose another table order, and with it another
+        // order of equal rows: the first table's rowid decides between them as the first
+        // table's walk did before, and rows without an order keep coming in that walk's order.
+        const bool reordered = !inner.empty() && alone && !c.distinct && c.groupBy.empty() &&
+                               !c.having && !sources.empty() && !sources.front().table.isEmpty() &&
+                               !aggregates(c);
+        const QString rowid =
+            reordered ? quoteName(sources.front().qualifier) + QStringLiteral(".rowid") : QString();
         if (!c.orderBy.empty()) {
+            const JetNodeP& last = c.orderBy.back().expr;
+            const bool tied = reordered && !(isColumn(last) && last->parts.size() >= 2 &&
+                                             last->parts.back().compare(QLatin1String("rowid"),
+                                                                        Qt::CaseInsensitive) == 0 &&
+                                             sourceOf(sources, last->parts) == 0);
+            // The sort is not taken from an index of the first table: walking that index
+            // would fetch the joined row of every entry before the filter on it can reject it.
+            const bool unindexed =
+                tied && std::all_of(c.orderBy.begin(), c.orderBy.end(), [&](const OrderItem& o) {
+                    return isColumn(o.expr) && sourceOf(sources, o.expr->parts) >= 0;
+                });
+            const QString plus = unindexed ? QStringLiteral("+") : QString();
             QStringList o;
             for (const OrderItem& item : c.orderBy)
-                o << expr(item.expr) + QStringLiteral(" COLLATE NOCASE") +
+                o << plus + expr(item.expr) + QStringLiteral(" COLLATE NOCASE") +
                          (item.descending ? QStringLiteral(" DESC") : QString());
+            if (tied)
+                o << plus + rowid +
+                         (c.orderBy.back().descending ? QStringLiteral(" DESC") : QString());
             out += QStringLiteral(" ORDER BY ") + o.join(QLatin1Char(','));
+        } else if (reordered && nameColumns) {
+            out += QStringLiteral(" ORDER BY ") + rowid;
         }
         if (!c.top.isEmpty()) {
             if (c.topPercent)
-                throw DbError(err::SyntaxError,
-                              QStringLiteral("TOP ... PERCENT is not supported."), m_sql);
+                throw DbError(err::SyntaxError, QStringLiteral("TOP ... PERCENT is not supported."),
+                              m_sql);
             out += QStringLiteral(" LIMIT ") + c.top;
         }
         return out;
@@ -700,7 +747,8 @@ private:
         if (op == QLatin1String("/"))
             return QStringLiteral("(CAST(%1 AS REAL)/%2)").arg(a, b);
         if (op == QLatin1String("\\"))
-            return QStringLiteral("(CAST(round(%1) AS INTEGER)/CAST(round(%2) AS INTEGER))").arg(a, b);
+            return QStringLiteral("(CAST(round(%1) AS INTEGER)/CAST(round(%2) AS INTEGER))")
+                .arg(a, b);
         if (op == QLatin1String("MOD"))
             return QLatin1Char('(') + a + QStringLiteral(" % ") + b + QLatin1Char(')');
         if (op == QLatin1String("^"))
@@ -720,10 +768,25 @@ private:
         return QStringLiteral("(%1 %2 %3)").arg(a, op, b);
     }
 
-    static bool isColumn(const JetNodeP& n)
+    // An aggregate anywhere in the select list makes it one row per group.
+    static bool aggregates(const SelectCore& c)
     {
-        return n->kind == JetNode::Name && n->param < 0;
+        static const QStringList names = {QStringLiteral("count"), QStringLiteral("sum"),
+                                          QStringLiteral("min"),   QStringLiteral("max"),
+                                          QStringLiteral("avg"),   QStringLiteral("first"),
+                                          QStringLiteral("last")};
+        const std::function<bool(const JetNodeP&)> has = [&](const JetNodeP& n) {
+            if (!n)
+                return false;
+            if (n->kind == JetNode::Func && names.contains(n->text.toLower()))
+                return true;
+            return std::any_of(n->kids.begin(), n->kids.end(), has);
+        };
+        return std::any_of(c.items.begin(), c.items.end(),
+                           [&](const SelectItem& item) { return has(item.expr); });
     }
+
+    static bool isColumn(const JetNodeP& n) { return n->kind == JetNode::Name && n->param < 0; }
     QString caseFree(const JetNodeP& n)
     {
         return isColumn(n) && !m_caseFree ? expr(n) : expr(n) + QStringLiteral(" COLLATE NOCASE");
@@ -756,10 +819,10 @@ private:
     void needArgs(const JetNodeP& n, size_t low, size_t high)
     {
         if (n->kids.size() < low || n->kids.size() > high)
-            throw DbError(err::SyntaxError,
-                          QStringLiteral("Wrong number of arguments used with function '%1'.")
-                              .arg(n->text),
-                          m_sql);
+            throw DbError(
+                err::SyntaxError,
+                QStringLiteral("Wrong number of arguments used with function '%1'.").arg(n->text),
+                m_sql);
     }
 
     QString function(const JetNodeP& n)
@@ -807,7 +870,8 @@ private:
         if (name == QLatin1String("nz")) {
             needArgs(n, 1, 2);
             return QStringLiteral("ifnull(%1,%2)")
-                .arg(expr(n->kids[0]), n->kids.size() > 1 ? expr(n->kids[1]) : QStringLiteral("''"));
+                .arg(expr(n->kids[0]),
+                     n->kids.size() > 1 ? expr(n->kids[1]) : QStringLiteral("''"));
         }
         if (name == QLatin1String("cdbl") || name == QLatin1String("csng")) {
             needArgs(n, 1, 1);
@@ -822,9 +886,10 @@ private:
     }
 
 public:
-    Translation* m_editable = nullptr; // set when the rows will be written
-    int m_literalBase = 0;             // literals are numbered behind the parameters
-    bool m_caseFree = false;           // every comparison without regard to case
+    Translation* m_editable = nullptr;         // set when the rows will be written
+    std::vector<const FromItem*> m_innerJoins; // LEFT joins of the FROM being written, made inner
+    int m_literalBase = 0;                     // literals are numbered behind the parameters
+    bool m_caseFree = false;                   // every comparison without regard to case
 
 private:
     TranslationContext& m_ctx;
@@ -844,8 +909,7 @@ bool editable(const JetStatement& st)
                                            QStringLiteral("avg"),   QStringLiteral("first"),
                                            QStringLiteral("last")};
     for (const SelectItem& item : c.items)
-        if (item.expr->kind == JetNode::Func &&
-            aggregates.contains(item.expr->text.toLower()))
+        if (item.expr->kind == JetNode::Func && aggregates.contains(item.expr->text.toLower()))
             return false;
     return true;
 }
@@ -1012,11 +1076,12 @@ QString deleteStatement(Writer& w, const JetStatement& st)
                 target = &s;
     }
     if (!target || target->table.isEmpty())
-        throw DbError(err::SyntaxError,
-                      QStringLiteral("Could not find the table to delete from."), {});
-    const QString table = target->schema == QLatin1String("main")
-                              ? quoteName(target->table)
-                              : quoteName(target->schema) + QLatin1Char('.') + quoteName(target->table);
+        throw DbError(err::SyntaxError, QStringLiteral("Could not find the table to delete from."),
+                      {});
+    const QString table =
+        target->schema == QLatin1String("main")
+            ? quoteName(target->table)
+            : quoteName(target->schema) + QLatin1Char('.') + quoteName(target->table);
     QString inner = QStringLiteral("SELECT ") + quoteName(target->qualifier) +
                     QStringLiteral(".rowid FROM ") + w.from(st.target);
     if (st.where)
@@ -1049,13 +1114,13 @@ QString updateStatement(Writer& w, const JetStatement& st)
     const QString table = s.schema == QLatin1String("main")
                               ? quoteName(s.table)
                               : quoteName(s.schema) + QLatin1Char('.') + quoteName(s.table);
-    QString inner = QStringLiteral("SELECT ") + quoteName(s.qualifier) + QStringLiteral(".rowid FROM ") +
-                    w.from(st.target);
+    QString inner = QStringLiteral("SELECT ") + quoteName(s.qualifier) +
+                    QStringLiteral(".rowid FROM ") + w.from(st.target);
     if (st.where)
         inner += QStringLiteral(" WHERE ") + w.expr(st.where);
     return QStringLiteral("UPDATE ") + table + QStringLiteral(" AS ") + quoteName(s.qualifier) +
-           QStringLiteral(" SET ") + sets.join(QLatin1Char(',')) + QStringLiteral(" WHERE rowid IN (") +
-           inner + QLatin1Char(')');
+           QStringLiteral(" SET ") + sets.join(QLatin1Char(',')) +
+           QStringLiteral(" WHERE rowid IN (") + inner + QLatin1Char(')');
 }
 
 } // namespace
@@ -1135,8 +1200,7 @@ std::shared_ptr<const Translation> translateJet(const QString& jetSql, const QSt
         break;
     case JetStatement::Insert: {
         QString out = QStringLiteral("INSERT INTO ") + w.from(st.target);
-        if (!st.insertColumns.isEmpty())
-        {
+        if (!st.insertColumns.isEmpty()) {
             QStringList cols;
             for (const QString& c : st.insertColumns)
                 cols << quoteName(c);

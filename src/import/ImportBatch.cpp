@@ -3,6 +3,7 @@
 #include "app/Globals.h"
 #include "app/Translate.h"
 #include "catalogue/Database.h"
+#include "catalogue/PlannerStatistics.h"
 #include "formats/FileBytes.h"
 #include "gamebase/GameBase.h"
 #include "import/clsFileManager.h"
@@ -104,8 +105,13 @@ BatchResult ImportBatch::run(int iMode, const QString& sParam)
     result.cancelled = m_cancelled;
 
     m_fm.CountFiles();
-    if (m_fm.lC64FileCount != entriesBefore)
+    if (m_fm.lC64FileCount != entriesBefore) {
         result.iMode = kModeChanged;
+        // The planner's picture of a catalogue that grew is brought up to date, so that
+        // searches after a large import don't wait for the next opening.
+        if (app::gDB)
+            db::refreshPlannerStatistics(*app::gDB);
+    }
     result.resultLines << app::Translate(QStringLiteral("Hinzugefügte Dateien: ")) +
                               QString::number(m_fm.lCategoryCount - filesBefore)
                        << app::Translate(QStringLiteral("Hinzugefügte C64-Files: ")) +
